@@ -1,0 +1,62 @@
+#pragma once
+
+#include "automation/error.h"
+#include "automation/values.h"
+
+#include <type_traits>
+
+/// Where the library's C++ meets its clients: exceptions become result codes with error information here and nowhere else.
+namespace automation {
+
+/// Turns the exception being handled into a result code, and sets its number, source and description as the thread's
+/// error information. Only inside a catch block.
+HRESULT answer_exception() noexcept;
+
+/// Raises the runtime error that a failed platform call stands for (memory 7, bad index 9, type mismatch 13, overflow 6, ...);
+/// a failure without one keeps its own code, with the system's text. Does nothing for success.
+void check(HRESULT result);
+
+inline void store(BSTR* result, Text value) noexcept { *result = value.release(); }
+inline void store(BSTR* result, std::wstring_view value) { *result = Text{value}.release(); }
+inline void store(VARIANT_BOOL* result, std::same_as<bool> auto value) noexcept { *result = value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline void store(VARIANT* result, Variant value) noexcept { *result = value.release(); }
+template <class Number>
+    requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>)
+void store(Number* result, std::type_identity_t<Number> value) noexcept
+{
+    *result = value;
+}
+template <class Interface, class Object>
+void store(Interface** result, Ref<Object> value) noexcept
+{
+    *result = value.release();
+}
+
+/// The body of a member that gives something: stores what `rule` returns, or answers its exception.
+template <class Result, class Rule>
+HRESULT answer(Result* result, Rule&& rule) noexcept
+{
+    if (!result)
+        return E_POINTER;
+    *result = Result{};
+    try {
+        store(result, rule());
+        return S_OK;
+    } catch (...) {
+        return answer_exception();
+    }
+}
+
+/// The body of a member that gives nothing.
+template <class Rule>
+HRESULT answer(Rule&& rule) noexcept
+{
+    try {
+        rule();
+        return S_OK;
+    } catch (...) {
+        return answer_exception();
+    }
+}
+
+} // namespace automation

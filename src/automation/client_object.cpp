@@ -1,0 +1,84 @@
+#include "automation/client_object.h"
+
+#include "automation/border.h"
+
+#include <array>
+#include <algorithm>
+
+namespace automation {
+namespace {
+
+[[noreturn]] void raise(EXCEPINFO& exception)
+{
+    if (exception.pfnDeferredFillIn)
+        exception.pfnDeferredFillIn(&exception);
+    SysFreeString(exception.bstrHelpFile);
+    const Text source = Text::adopt(exception.bstrSource);
+    const Text description = Text::adopt(exception.bstrDescription);
+    const HRESULT code = exception.wCode ? exception.wCode : exception.scode;
+    const std::int32_t number = HRESULT_FACILITY(code) == FACILITY_CONTROL ? HRESULT_CODE(code) : code;
+    const std::wstring_view standard = runtime_text(number);
+    throw Error{number, std::wstring{SysStringLen(description.get()) ? std::wstring_view{description} : standard},
+                std::wstring{source}};
+}
+
+DISPID find(IDispatch* object, const wchar_t* member)
+{
+    if (!object)
+        throw Error{Runtime::ObjectNotSet};
+    DISPID id = DISPID_UNKNOWN;
+    auto name = const_cast<LPOLESTR>(member);
+    if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id)))
+        throw Error{Runtime::MemberNotSupported};
+    return id;
+}
+
+Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS& arguments, bool wants_result)
+{
+    const DISPID id = find(object, member);
+    Variant result;
+    EXCEPINFO exception{};
+    const HRESULT outcome = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &arguments,
+                                           wants_result ? &result : nullptr, &exception, nullptr);
+    if (outcome == DISP_E_EXCEPTION)
+        raise(exception);
+    if (outcome == DISP_E_MEMBERNOTFOUND || outcome == DISP_E_UNKNOWNNAME)
+        throw Error{Runtime::MemberNotSupported};
+    check(outcome);
+    return result;
+}
+
+Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, std::initializer_list<Variant> arguments, bool wants_result)
+{
+    constexpr std::size_t most = 8;
+    if (arguments.size() > most)
+        throw Error{Runtime::InvalidCall};
+    // Arguments go from the last to the first; they are lent, not given.
+    std::array<VARIANTARG, most> reversed;
+    std::ranges::copy(arguments, reversed.rend() - static_cast<std::ptrdiff_t>(arguments.size()));
+    DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    return invoke(object, member, flags, parameters, wants_result);
+}
+
+} // namespace
+
+Variant get(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments)
+{
+    return invoke(object, member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments, true);
+}
+
+void call(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments)
+{
+    invoke(object, member, DISPATCH_METHOD, arguments, false);
+}
+
+void put(IDispatch* object, const wchar_t* member, const Variant& value)
+{
+    VARIANTARG argument = value;
+    DISPID name = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters{&argument, &name, 1, 1};
+    const bool is_object = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
+    invoke(object, member, is_object ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, parameters, false);
+}
+
+} // namespace automation

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "automation/values.h"
+
+#include <initializer_list>
+
+/// Calls on objects of the client, by member name as a script would. They raise the object's own error when it fails,
+/// 91 when there is no object and 438 when it has no such member.
+namespace automation {
+
+/// The value of a property or of a function, with arguments in the order in which they are written.
+Variant get(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments = {});
+
+/// Calls a method.
+void call(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments = {});
+
+/// Sets a property to a value, or to an object as `Set` does.
+void put(IDispatch* object, const wchar_t* member, const Variant& value);
+
+} // namespace automation

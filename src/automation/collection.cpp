@@ -1,0 +1,112 @@
+#include "automation/collection.h"
+
+#include <algorithm>
+
+namespace automation {
+
+std::size_t position_from(const VARIANT& index, std::size_t count)
+{
+    const long position = converted(index, VT_I4).lVal;
+    if (position < 1 || static_cast<std::size_t>(position) > count)
+        throw Error{Runtime::SubscriptOutOfRange};
+    return static_cast<std::size_t>(position) - 1;
+}
+
+std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept
+{
+    const VARIANT& value = followed(index);
+    if (value.vt == VT_BSTR)
+        return view(value.bstrVal);
+    if (value.vt == (VT_BSTR | VT_BYREF) && value.pbstrVal)
+        return view(*value.pbstrVal);
+    return std::nullopt;
+}
+
+HRESULT STDMETHODCALLTYPE Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept
+{
+    return answer([&] {
+        if (!is_missing(Before) && !is_missing(After))
+            throw Error{Runtime::InvalidCall};
+        const bool keyed = !is_missing(Key);
+        const std::optional<std::wstring_view> key = keyed ? key_from(Key) : std::nullopt;
+        if (keyed && !key)
+            throw Error{Runtime::TypeMismatch};
+        const std::size_t position = !is_missing(Before) ? position_of(Before)
+                                   : !is_missing(After)  ? position_of(After) + 1
+                                                         : entries_.size();
+        insert(position, Variant{followed(Item)}, key.value_or(std::wstring_view{}));
+    });
+}
+
+HRESULT STDMETHODCALLTYPE Collection::get_Item(VARIANT Index, VARIANT* result) noexcept
+{
+    return answer(result, [&] {
+        if (const auto key = key_from(Index)) {
+            const auto found = by_key_.find(*key);
+            if (found == by_key_.end())
+                throw Error{Runtime::InvalidCall};
+            return found->second->value;
+        }
+        return entries_[position_from(Index, entries_.size())]->value;
+    });
+}
+
+HRESULT STDMETHODCALLTYPE Collection::Remove(VARIANT Index) noexcept
+{
+    return answer([&] {
+        const std::size_t position = position_of(Index);
+        // The value goes last: letting go of an object may run code that comes back here.
+        const std::unique_ptr<Entry> removed = std::move(entries_[position]);
+        entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+        if (!removed->key.empty())
+            by_key_.erase(removed->key);
+        cursors_.removed(position);
+    });
+}
+
+HRESULT STDMETHODCALLTYPE Collection::get_Count(long* result) noexcept
+{
+    return answer(result, [&] { return static_cast<long>(entries_.size()); });
+}
+
+HRESULT STDMETHODCALLTYPE Collection::get_NewEnum(IUnknown** result) noexcept
+{
+    return answer(result, [&] { return make_enumerator(*unknown(), *this); });
+}
+
+void Collection::add(Variant value, std::wstring_view key)
+{
+    insert(entries_.size(), std::move(value), key);
+}
+
+void Collection::insert(std::size_t position, Variant value, std::wstring_view key)
+{
+    if (!key.empty() && by_key_.contains(key))
+        throw Error{Runtime::KeyExists};
+    auto entry = std::make_unique<Entry>(Entry{std::move(value), std::wstring{key}});
+    const Entry& inserted = *entry;
+    entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(position), std::move(entry));
+    if (!key.empty()) {
+        try {
+            by_key_.emplace(inserted.key, &inserted);
+        } catch (...) {
+            entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+            throw;
+        }
+    }
+    cursors_.inserted(position);
+}
+
+std::size_t Collection::position_of(const VARIANT& index) const
+{
+    const auto key = key_from(index);
+    if (!key)
+        return position_from(index, entries_.size());
+    const auto found = by_key_.find(*key);
+    if (found == by_key_.end())
+        throw Error{Runtime::InvalidCall};
+    const auto place = std::ranges::find(entries_, found->second, [](const auto& entry) { return entry.get(); });
+    return static_cast<std::size_t>(place - entries_.begin());
+}
+
+} // namespace automation

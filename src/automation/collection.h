@@ -1,0 +1,59 @@
+#pragma once
+
+#include "automation/case_folding.h"
+#include "automation/enumerator.h"
+#include "automation/object.h"
+
+#include <collection.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace automation {
+class Collection;
+}
+__CRT_UUID_DECL(automation::Collection, 0x0f6b5c1d, 0x7c55, 0x4e6a, 0x9a, 0x1e, 0x61, 0x9d, 0x33, 0x52, 0x0b, 0x84)
+
+namespace automation {
+
+/// An ordered list of values, counted from 1, some with a key that is found in any case. A missing key raises 5, a
+/// position outside the list 9, a key that is there already 457.
+class Collection final : public Object<Collection, _Collection>, private Sequence {
+public:
+    HRESULT STDMETHODCALLTYPE Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Item(VARIANT Index, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Remove(VARIANT Index) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Count(long* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** result) noexcept override;
+
+    /// Adds a value at the end, for the library's own use.
+    void add(Variant value, std::wstring_view key = {});
+
+private:
+    struct Entry {
+        Variant value;
+        std::wstring key; ///< empty for none
+    };
+
+    void insert(std::size_t position, Variant value, std::wstring_view key);
+    std::size_t position_of(const VARIANT& index) const;
+
+    std::size_t count() const noexcept override { return entries_.size(); }
+    Variant item(std::size_t position) override { return entries_[position]->value; }
+    Cursors& cursors() noexcept override { return cursors_; }
+
+    std::vector<std::unique_ptr<Entry>> entries_;
+    std::unordered_map<std::wstring_view, const Entry*, FoldedHash, FoldedEqual> by_key_;
+    Cursors cursors_;
+};
+
+/// The position from 0 that a client's index names in a list of `count` items. Raises 9 outside of it, 13 for no number.
+std::size_t position_from(const VARIANT& index, std::size_t count);
+
+/// The key that an index is; none where it is a position.
+std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept;
+
+} // namespace automation

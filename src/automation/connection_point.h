@@ -1,0 +1,61 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <initializer_list>
+#include <vector>
+
+namespace automation {
+
+/// The one connection point of an object with events, and what it is found through. It lives in its object.
+class ConnectionPoint final : public IConnectionPoint, public IConnectionPointContainer {
+public:
+    ConnectionPoint(IUnknown& owner, REFIID events) noexcept : owner_{owner}, events_{events} {}
+    ConnectionPoint(const ConnectionPoint&) = delete;
+    ConnectionPoint& operator=(const ConnectionPoint&) = delete;
+
+    /// Calls the event `id` of every sink with arguments in the order in which they are written. A sink's failure stays
+    /// with the sink. Sinks may come and go meanwhile.
+    void fire(DISPID id, std::initializer_list<VARIANT> arguments) const;
+    bool has_sinks() const noexcept { return !sinks_.empty(); }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return owner_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return owner_.Release(); }
+
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) noexcept override;
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) noexcept override;
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) noexcept override;
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) noexcept override;
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) noexcept override;
+
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) noexcept override;
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override;
+
+private:
+    struct Sink {
+        DWORD cookie;
+        Ref<IDispatch> object;
+    };
+
+    IUnknown& owner_;
+    const IID& events_;
+    std::vector<Sink> sinks_;
+    DWORD last_cookie_ = 0;
+};
+
+/// An object that raises the events of the dispinterface `Events`. `Base` is its `Object<...>`.
+template <class Base, class Events>
+class WithEvents : public Base {
+protected:
+    void* find_more(REFIID iid) noexcept override
+    {
+        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(&events_) : nullptr;
+    }
+    const ConnectionPoint& events() const noexcept { return events_; }
+
+private:
+    ConnectionPoint events_{*this->unknown(), __uuidof(Events)};
+};
+
+} // namespace automation

@@ -1,0 +1,207 @@
+#include "automation/registration.h"
+
+#include "automation/border.h"
+#include "automation/contract.h"
+#include "automation/module.h"
+
+#include <array>
+#include <ranges>
+#include <string>
+#include <vector>
+
+namespace automation {
+namespace {
+
+constexpr wchar_t programmable[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}"; // the category "Programmable"
+
+/// A value under HKEY_CLASSES_ROOT; the key's own value when the name is empty.
+struct Entry {
+    std::wstring key;
+    std::wstring name;
+    std::wstring text;
+};
+
+void check_registry(LSTATUS status)
+{
+    if (status != ERROR_SUCCESS)
+        check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+}
+
+class Key {
+public:
+    Key() noexcept = default;
+    ~Key()
+    {
+        if (key_)
+            RegCloseKey(key_);
+    }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+
+    HKEY* put() noexcept { return &key_; }
+    HKEY get() const noexcept { return key_; }
+
+private:
+    HKEY key_ = nullptr;
+};
+
+std::wstring text_of(REFGUID guid)
+{
+    std::array<wchar_t, 39> text;
+    StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+/// The identity of the type library.
+struct LibraryIdentity {
+    GUID id;
+    std::wstring name;
+    std::wstring version;          ///< as keys are named: hexadecimal
+    std::wstring readable_version; ///< as VERSION holds it
+    WORD major, minor;
+    LCID locale;
+    SYSKIND system;
+};
+
+LibraryIdentity identity_of(ITypeLib& library)
+{
+    BSTR name = nullptr;
+    check(library.GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr));
+    TLIBATTR* attributes = nullptr;
+    const Text owned_name = Text::adopt(name);
+    check(library.GetLibAttr(&attributes));
+    wchar_t version[16], readable[16];
+    wsprintfW(version, L"%x.%x", attributes->wMajorVerNum, attributes->wMinorVerNum);
+    wsprintfW(readable, L"%u.%u", attributes->wMajorVerNum, attributes->wMinorVerNum);
+    LibraryIdentity identity{attributes->guid,         std::wstring{owned_name}, version,
+                             readable,                 attributes->wMajorVerNum, attributes->wMinorVerNum,
+                             attributes->lcid,         attributes->syskind};
+    library.ReleaseTLibAttr(attributes);
+    return identity;
+}
+
+void add_class(std::vector<Entry>& entries, const Class& entry, const LibraryIdentity& library)
+{
+    const std::wstring id = text_of(entry.id);
+    const std::wstring program = library.name + L"." + entry.name;
+    const std::wstring key = L"CLSID\\" + id;
+    entries.push_back({key, {}, program});
+    entries.push_back({key + L"\\InprocServer32", {}, module::path()});
+    entries.push_back({key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
+    entries.push_back({key + L"\\ProgID", {}, program});
+    entries.push_back({key + L"\\TypeLib", {}, text_of(library.id)});
+    entries.push_back({key + L"\\VERSION", {}, library.readable_version});
+    entries.push_back({key + L"\\Programmable", {}, {}});
+    entries.push_back({key + L"\\Implemented Categories", {}, {}});
+    entries.push_back({key + L"\\Implemented Categories\\" + programmable, {}, {}});
+    entries.push_back({program, {}, program});
+    entries.push_back({program + L"\\Clsid", {}, id});
+}
+
+void add_alias(std::vector<Entry>& entries, const Alias& alias)
+{
+    const std::wstring key = L"Interface\\" + text_of(alias.former);
+    entries.push_back({key, {}, alias.name});
+    entries.push_back({key + L"\\Forward", {}, text_of(alias.current)});
+}
+
+/// What registration writes besides the type library.
+std::vector<Entry> own_entries(const LibraryIdentity& library)
+{
+    std::vector<Entry> entries;
+    for (const Class& entry : Contract::here().classes())
+        if (entry.creatable)
+            add_class(entries, entry, library);
+    for (const Alias& alias : Contract::here().aliases())
+        add_alias(entries, alias);
+    return entries;
+}
+
+void write(const Entry& entry)
+{
+    Key key;
+    check_registry(RegCreateKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.put(), nullptr));
+    const auto size = static_cast<DWORD>((entry.text.size() + 1) * sizeof(wchar_t));
+    check_registry(RegSetValueExW(key.get(), entry.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()), size));
+}
+
+/// Removes a value, and its key if nothing else is left there: what others wrote beside it stays.
+void remove(const Entry& entry)
+{
+    Key key;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, KEY_SET_VALUE | KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS)
+        return;
+    RegDeleteValueW(key.get(), entry.name.c_str());
+    DWORD keys = 0, values = 0;
+    if (RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr, nullptr)
+            == ERROR_SUCCESS
+        && keys == 0 && values == 0)
+        RegDeleteKeyW(HKEY_CLASSES_ROOT, entry.key.c_str());
+}
+
+/// What the platform writes for the type library. It does not remove all of that when the file has moved or a part is
+/// missing, so the rest is removed here.
+std::vector<Entry> library_entries(const LibraryIdentity& library)
+{
+    std::vector<Entry> entries;
+    const std::wstring id = text_of(library.id);
+    const std::wstring root = L"TypeLib\\" + id;
+    const std::wstring version = root + L"\\" + library.version;
+    wchar_t locale[16];
+    wsprintfW(locale, L"%x", library.locale);
+    entries.push_back({root, {}, {}});
+    entries.push_back({version, {}, {}});
+    entries.push_back({version + L"\\HELPDIR", {}, {}});
+    entries.push_back({version + L"\\FLAGS", {}, {}});
+    entries.push_back({version + L"\\" + locale, {}, {}});
+    entries.push_back({version + L"\\" + locale + L"\\win32", {}, {}});
+    for (const IID& iid : Contract::here().registered_interfaces()) {
+        const std::wstring key = L"Interface\\" + text_of(iid);
+        entries.push_back({key, {}, {}});
+        entries.push_back({key + L"\\ProxyStubClsid", {}, {}});
+        entries.push_back({key + L"\\ProxyStubClsid32", {}, {}});
+        entries.push_back({key + L"\\TypeLib", {}, {}});
+        entries.push_back({key + L"\\TypeLib", L"Version", {}});
+    }
+    return entries;
+}
+
+void remove_all(const std::vector<Entry>& entries)
+{
+    for (const Entry& entry : entries | std::views::reverse)
+        remove(entry);
+}
+
+void unregister(const LibraryIdentity& library)
+{
+    UnRegisterTypeLib(library.id, library.major, library.minor, library.locale, library.system);
+    remove_all(own_entries(library));
+    remove_all(library_entries(library));
+}
+
+} // namespace
+
+HRESULT register_server() noexcept
+{
+    return answer([] {
+        ITypeLib& contract = Contract::here().library();
+        const LibraryIdentity library = identity_of(contract);
+        try {
+            std::wstring path = module::path();
+            std::wstring folder = path.substr(0, path.find_last_of(L"\\/"));
+            check(RegisterTypeLib(&contract, path.data(), folder.data()));
+            for (const Entry& entry : own_entries(library))
+                write(entry);
+        } catch (...) {
+            unregister(library);
+            throw;
+        }
+    });
+}
+
+HRESULT unregister_server() noexcept
+{
+    return answer([] { unregister(identity_of(Contract::here().library())); });
+}
+
+} // namespace automation

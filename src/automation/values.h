@@ -1,0 +1,187 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <concepts>
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+/// Owners of the platform's values, each of exactly one thing.
+namespace automation {
+
+/// The characters of a text that a client gave; a null text is an empty one.
+inline std::wstring_view view(BSTR text) noexcept
+{
+    return text ? std::wstring_view{text, SysStringLen(text)} : std::wstring_view{};
+}
+
+/// Owns a BSTR.
+class Text {
+public:
+    Text() noexcept = default;
+    explicit Text(std::wstring_view characters) : text_{SysAllocStringLen(characters.data(), length(characters))}
+    {
+        if (!text_)
+            throw std::bad_alloc{};
+    }
+    static Text adopt(BSTR text) noexcept
+    {
+        Text owner;
+        owner.text_ = text;
+        return owner;
+    }
+    Text(Text&& other) noexcept : text_{std::exchange(other.text_, nullptr)} {}
+    Text& operator=(Text&& other) noexcept
+    {
+        std::swap(text_, other.text_);
+        return *this;
+    }
+    ~Text() { SysFreeString(text_); }
+
+    BSTR get() const noexcept { return text_; }
+    BSTR release() noexcept { return std::exchange(text_, nullptr); }
+    operator std::wstring_view() const noexcept { return view(text_); }
+
+private:
+    static UINT length(std::wstring_view characters)
+    {
+        if (characters.size() > 0x3FFFFFFF)
+            throw std::bad_alloc{};
+        return static_cast<UINT>(characters.size());
+    }
+
+    BSTR text_ = nullptr;
+};
+
+/// Owns a reference to an object.
+template <class Interface>
+class Ref {
+public:
+    Ref() noexcept = default;
+    Ref(std::nullptr_t) noexcept {}
+    explicit Ref(Interface* object) noexcept : object_{object}
+    {
+        if (object_)
+            object_->AddRef();
+    }
+    static Ref adopt(Interface* object) noexcept
+    {
+        Ref owner;
+        owner.object_ = object;
+        return owner;
+    }
+    Ref(const Ref& other) noexcept : Ref{other.object_} {}
+    Ref(Ref&& other) noexcept : object_{std::exchange(other.object_, nullptr)} {}
+    template <class Other>
+        requires std::convertible_to<Other*, Interface*>
+    Ref(Ref<Other> other) noexcept : object_{other.release()}
+    {
+    }
+    Ref& operator=(Ref other) noexcept
+    {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    ~Ref()
+    {
+        if (object_)
+            object_->Release();
+    }
+
+    Interface* get() const noexcept { return object_; }
+    Interface* operator->() const noexcept { return object_; }
+    Interface& operator*() const noexcept { return *object_; }
+    explicit operator bool() const noexcept { return object_ != nullptr; }
+    Interface* release() noexcept { return std::exchange(object_, nullptr); }
+    /// Where a platform call puts a reference of its own; what was held is let go.
+    Interface** put() noexcept
+    {
+        *this = nullptr;
+        return &object_;
+    }
+    void** put_void() noexcept { return reinterpret_cast<void**>(put()); }
+
+private:
+    Interface* object_ = nullptr;
+};
+
+/// The object's interface `To`, or null when it has none or `object` is null.
+template <class To>
+Ref<To> query(IUnknown* object) noexcept
+{
+    Ref<To> found;
+    if (object)
+        object->QueryInterface(__uuidof(To), found.put_void());
+    return found;
+}
+
+/// Owns the content of a VARIANT.
+class Variant : public VARIANT {
+public:
+    Variant() noexcept { VariantInit(this); }
+    explicit Variant(const VARIANT& other);
+    explicit Variant(bool flag) noexcept : Variant{}
+    {
+        vt = VT_BOOL;
+        boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    explicit Variant(long number) noexcept : Variant{}
+    {
+        vt = VT_I4;
+        lVal = number;
+    }
+    explicit Variant(double number) noexcept : Variant{}
+    {
+        vt = VT_R8;
+        dblVal = number;
+    }
+    explicit Variant(std::wstring_view text) : Variant{}
+    {
+        bstrVal = Text{text}.release();
+        vt = VT_BSTR;
+    }
+    explicit Variant(Ref<IDispatch> object) noexcept : Variant{}
+    {
+        vt = VT_DISPATCH;
+        pdispVal = object.release();
+    }
+    Variant(const Variant& other) : Variant{static_cast<const VARIANT&>(other)} {}
+    Variant(Variant&& other) noexcept : VARIANT{other} { static_cast<VARIANT&>(other).vt = VT_EMPTY; }
+    Variant& operator=(Variant other) noexcept
+    {
+        std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
+        return *this;
+    }
+    ~Variant() { VariantClear(this); }
+
+    VARIANT release() noexcept
+    {
+        const VARIANT content = *this;
+        vt = VT_EMPTY;
+        return content;
+    }
+};
+
+/// The value itself, behind any number of by-reference variants.
+const VARIANT& followed(const VARIANT& value) noexcept;
+
+/// The automation conversion in the user's locale, truth values by their words, as a result code. `target` holds the
+/// result, and nothing of `value` is changed.
+HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept;
+
+/// Whether an optional argument was left out.
+bool is_missing(const VARIANT& value) noexcept;
+
+/// The text form of a value in the user's locale. Raises 94 for Null, 13 for what has no text form.
+Text to_text(const VARIANT& value);
+
+/// The value converted in the user's locale. Raises what the conversion fails with: 6, 13, 94 for Null.
+Variant converted(const VARIANT& value, VARTYPE type);
+
+} // namespace automation

@@ -1,0 +1,58 @@
+#include "frame/MErrors.h"
+
+#include "automation/error.h"
+#include "automation/module.h"
+#include "frame/messages.h"
+
+#include <array>
+#include <limits>
+
+namespace MErrors {
+namespace {
+
+thread_local auto language = messages::Language::German;
+
+constexpr std::int32_t windows_base = ToObjectError(29000);
+
+std::wstring from_code_page(const char* text, DWORD length)
+{
+    std::wstring wide(length, L'\0');
+    const int written = MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(length), wide.data(), static_cast<int>(length));
+    wide.resize(static_cast<std::size_t>(written));
+    return wide;
+}
+
+} // namespace
+
+std::wstring LangStr(std::int32_t id)
+{
+    return std::wstring{messages::text(id, language)};
+}
+
+void set_language(std::int32_t chosen) noexcept
+{
+    language = static_cast<messages::Language>(chosen);
+}
+
+std::wstring GetSystemErrorText(std::int32_t code)
+{
+    std::array<char, 256> buffer;
+    const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        static_cast<DWORD>(code), 0, buffer.data(), buffer.size(), nullptr);
+    return length ? from_code_page(buffer.data(), length) : std::wstring{};
+}
+
+void RaiseWindowsError(std::int32_t code)
+{
+    if (code < std::numeric_limits<std::int32_t>::min() - windows_base)
+        throw automation::Error{automation::Runtime::Overflow};
+    throw automation::Error{windows_base + code, GetSystemErrorText(code), automation::module::name() + L".Windows"};
+}
+
+void ShowErrorBox(std::wstring_view sText)
+{
+    const std::wstring text = LangStr(10002) + std::wstring{sText} + LangStr(10003);
+    MessageBoxW(nullptr, text.c_str(), LangStr(10001).c_str(), MB_ICONSTOP | MB_OK);
+}
+
+} // namespace MErrors

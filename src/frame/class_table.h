@@ -1,0 +1,8 @@
+#pragma once
+
+#include "automation/class_factory.h"
+
+#include <span>
+
+/// The classes that clients can create.
+std::span<const automation::Creator> class_table() noexcept;

@@ -1,0 +1,34 @@
+#include "automation/registration.h"
+#include "frame/class_table.h"
+
+// The entry points of an in-process server.
+
+STDAPI DllGetClassObject(REFCLSID id, REFIID iid, void** object)
+{
+    return automation::get_class_object(class_table(), id, iid, object);
+}
+
+STDAPI DllCanUnloadNow()
+{
+    return automation::module::held() == 0 ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer()
+{
+    return automation::register_server();
+}
+
+STDAPI DllUnregisterServer()
+{
+    return automation::unregister_server();
+}
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* process_ends)
+{
+    if (reason == DLL_PROCESS_ATTACH)
+        DisableThreadLibraryCalls(module);
+    // At the end of the process the platform's libraries may be gone already.
+    if (reason == DLL_PROCESS_DETACH && !process_ends)
+        automation::Contract::forget();
+    return TRUE;
+}

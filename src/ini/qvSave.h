@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// Placement of forms, list views and tool bars in the user's settings. Its members are still to come.
+class qvSave final : public automation::Object<qvSave, _qvSave> {
+};

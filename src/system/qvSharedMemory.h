@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// A text shared between processes. Its members are still to come.
+class qvSharedMemory final : public automation::Object<qvSharedMemory, _qvSharedMemory> {
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// Helpers for forms and controls. Its members are still to come.
+class qvForm final : public automation::Object<qvForm, _qvForm> {
+};

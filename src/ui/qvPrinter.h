@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// Sizes of the printer's page. Its members are still to come.
+class qvPrinter final : public automation::Object<qvPrinter, _qvPrinter> {
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// Sizes of the screen. Its members are still to come.
+class qvScreen final : public automation::Object<qvScreen, _qvScreen> {
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// The system's colours. Its members are still to come.
+class qvSystemColors final : public automation::Object<qvSystemColors, _qvSystemColors> {
+};

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/object.h"
+
+#include <qvObjects.h>
+
+/// The system's metrics. Its members are still to come.
+class qvSystemMetrics final : public automation::Object<qvSystemMetrics, _qvSystemMetrics> {
+};

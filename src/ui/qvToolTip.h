@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/connection_point.h"
+
+#include <qvObjects.h>
+
+/// Tooltips for windows. Its members are still to come.
+class qvToolTip final : public automation::WithEvents<automation::Object<qvToolTip, _qvToolTip>, __qvToolTip> {
+};

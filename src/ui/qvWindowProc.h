@@ -1,0 +1,9 @@
+#pragma once
+
+#include "automation/connection_point.h"
+
+#include <qvObjects.h>
+
+/// Watches the messages of a window. Its members are still to come.
+class qvWindowProc final : public automation::WithEvents<automation::Object<qvWindowProc, _qvWindowProc>, __qvWindowProc> {
+};
