@@ -316,8 +316,9 @@ HRESULT exception_of(HRESULT failure, EXCEPINFO* exception) noexcept
 /// The arguments of a call, each at the place of its parameter.
 class Call {
 public:
-    Call(void* object, const Function& function, const Arguments& arguments, UINT* bad_argument) noexcept
-        : object_{object}, function_{function}, arguments_{arguments}, bad_argument_{bad_argument}, frame_{object}
+    Call(void* object, const Function& function, const Arguments& arguments, bool sets_property, UINT* bad_argument) noexcept
+        : object_{object}, function_{function}, arguments_{arguments}, sets_property_{sets_property},
+          bad_argument_{bad_argument}, frame_{object}
     {
     }
     ~Call()
@@ -363,6 +364,9 @@ private:
             return DISP_E_BADPARAMCOUNT;
         for (std::size_t i = 0; i < std::min(given, fixed); ++i)
             placed_[i] = &arguments_.at(i);
+        // The new value of a property comes last, whatever optional arguments are left out before it.
+        if (sets_property_ && given > 0 && given < fixed)
+            std::swap(placed_[given - 1], placed_[fixed - 1]);
         for (std::size_t i = arguments_.first_named(); i < arguments_.end_of_named(); ++i) {
             const auto place = static_cast<std::size_t>(arguments_.name(i));
             if (place >= fixed)
@@ -461,6 +465,7 @@ private:
     void* object_;
     const Function& function_;
     const Arguments& arguments_;
+    bool sets_property_;
     UINT* bad_argument_;
     Frame frame_;
     std::array<VARIANTARG*, most_parameters> placed_{};
@@ -508,7 +513,7 @@ HRESULT invoke_default(void* object, const Function& get, DISPPARAMS& given, LCI
     const auto taken = static_cast<UINT>(get.parameters.size());
     DISPPARAMS own{given.rgvarg + (given.cArgs - taken), nullptr, taken, 0};
     Variant target;
-    if (const HRESULT failure = Call{object, get, Arguments{own, false}, bad_argument}.run(&target, exception); FAILED(failure))
+    if (const HRESULT failure = Call{object, get, Arguments{own, false}, false, bad_argument}.run(&target, exception); FAILED(failure))
         return failure;
     if (target.vt != VT_DISPATCH || !target.pdispVal)
         return DISP_E_MEMBERNOTFOUND;
@@ -535,7 +540,7 @@ HRESULT set(void* object, const Member& member, LCID locale, WORD flags, DISPPAR
     }
     if (!function)
         return DISP_E_MEMBERNOTFOUND;
-    return Call{object, *function, arguments, bad_argument}.run(nullptr, exception);
+    return Call{object, *function, arguments, true, bad_argument}.run(nullptr, exception);
 }
 
 HRESULT get(void* object, const Member& member, LCID locale, WORD flags, DISPPARAMS& given, VARIANT* result,
@@ -547,7 +552,7 @@ HRESULT get(void* object, const Member& member, LCID locale, WORD flags, DISPPAR
     const Arguments arguments{given, false};
     if (function == member.get.get() && gives_object(function) && given.cArgs > 0 && given.cNamedArgs == 0)
         return invoke_default(object, *function, given, locale, flags, result, exception, bad_argument);
-    return Call{object, *function, arguments, bad_argument}.run(result, exception);
+    return Call{object, *function, arguments, false, bad_argument}.run(result, exception);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "files/qvFile.h"
 #include "frame/qvAPI.h"
 #include "frame/qvCommon.h"
+#include "ini/qvIniFile.h"
 #include "ini/qvSave.h"
 #include "numeric/qvMath.h"
 #include "numeric/qvSyno.h"
@@ -30,6 +31,7 @@ std::span<const automation::Creator> class_table() noexcept
         creator_of<qvFile_Nif>(),
         creator_of<qvFile_qvb>(),
         creator_of<qvForm>(),
+        creator_of<qvIniFile>(),
         creator_of<qvMath>(),
         creator_of<qvPathDialog>(),
         creator_of<qvPrinter>(),

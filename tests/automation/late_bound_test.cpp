@@ -1,0 +1,271 @@
+#include "automation/specimen.h"
+
+using client::expect_error;
+using client::Object;
+using client::Value;
+
+namespace {
+
+class LateBound : public testing::Test {
+protected:
+    client::Apartment apartment;
+    Object specimen = Specimen::create();
+};
+
+/// Calls with arguments by name, given in any order.
+HRESULT call_named(const Object& object, const wchar_t* member, std::vector<std::pair<const wchar_t*, Value>> arguments, Value& result)
+{
+    std::vector<LPOLESTR> names{const_cast<LPOLESTR>(member)};
+    std::vector<VARIANTARG> values;
+    for (const auto& [name, value] : arguments) {
+        names.push_back(const_cast<LPOLESTR>(name));
+        values.push_back(value);
+    }
+    std::vector<DISPID> ids(names.size());
+    const HRESULT found = object.dispatch()->GetIDsOfNames(IID_NULL, names.data(), static_cast<UINT>(names.size()), 0, ids.data());
+    if (FAILED(found))
+        return found;
+    const auto count = static_cast<UINT>(values.size());
+    DISPPARAMS parameters{values.data(), ids.data() + 1, count, count};
+    return object.dispatch()->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
+}
+
+/// A variant array of one dimension from `first`.
+Value array_of(std::initializer_list<Value> values, long first = 0)
+{
+    SAFEARRAYBOUND bound{static_cast<ULONG>(values.size()), first};
+    Value array = Value::of_type(VT_ARRAY | VT_VARIANT);
+    array.parray = SafeArrayCreate(VT_VARIANT, 1, &bound);
+    for (long i = first; const Value& value : values) {
+        SafeArrayPutElement(array.parray, &i, const_cast<Value*>(&value));
+        ++i;
+    }
+    return array;
+}
+
+} // namespace
+
+TEST_F(LateBound, NamesAreFoundInAnyCaseAndWrongOnesAreNot)
+{
+    EXPECT_EQ(specimen.id(L"tWICE"), specimen.id(L"Twice"));
+    EXPECT_EQ(specimen.id(L"Twic"), DISPID_UNKNOWN);
+    EXPECT_EQ(specimen.id(L""), DISPID_UNKNOWN);
+    Value result;
+    EXPECT_EQ(call_named(specimen, L"OPTIONS", {{L"B", 2}, {L"a", 1}}, result), S_OK);
+    EXPECT_EQ(result.number(), 120);
+    EXPECT_EQ(call_named(specimen, L"Options", {{L"nobody", 2}}, result), DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(call_named(specimen, L"Options", {{L"b", 2}}, result), DISP_E_BADPARAMCOUNT) << "a is needed";
+}
+
+TEST_F(LateBound, AWrongCountFailsBeforeAnythingRuns)
+{
+    Value reached = 0;
+    EXPECT_EQ(specimen.try_call(L"Fail", {5}).result, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(specimen.try_call(L"Fail", {5, Value::variable(reached), 1}).result, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(reached.number(), 0);
+    EXPECT_EQ(specimen.try_call(L"Twice", {Value::missing()}).result, DISP_E_PARAMNOTOPTIONAL);
+    EXPECT_EQ(specimen.invoke(4711, DISPATCH_METHOD, {}).result, DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(specimen.invoke(-3, DISPATCH_METHOD, {}).result, DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(specimen.try_put(L"Twice", {1}).result, DISP_E_MEMBERNOTFOUND) << "a method can't be set";
+    EXPECT_EQ(specimen.try_call(L"Only").result, DISP_E_MEMBERNOTFOUND) << "a property that is only set can't be read";
+}
+
+TEST_F(LateBound, OmittedArgumentsTakeTheirDefaults)
+{
+    EXPECT_EQ(specimen.call(L"Options", {1}).number(), 170);
+    EXPECT_EQ(specimen.call(L"Options", {1, Value::missing(), 5}).number(), 175);
+    EXPECT_EQ(specimen.call(L"Options", {1, 2, Value::missing()}).number(), 120);
+    EXPECT_EQ(specimen.call(L"Value").text(), L"none");
+    EXPECT_EQ(specimen.call(L"Value", {L"other"}).text(), L"other");
+}
+
+TEST_F(LateBound, ValuesAreConvertedAndOnesThatCannotBeAreNamed)
+{
+    EXPECT_EQ(specimen.call(L"Twice", {L" 21 "}).number(), 42);
+    EXPECT_EQ(specimen.call(L"Twice", {2.5}).number(), 4) << "halves go to the even number";
+    EXPECT_EQ(specimen.call(L"Twice", {true}).number(), -2);
+    Value text = L"7";
+    EXPECT_EQ(specimen.call(L"Twice", {Value::variable(text)}).number(), 14);
+
+    const auto mismatch = specimen.try_call(L"Options", {1, L"no number", 3});
+    EXPECT_EQ(mismatch.result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(mismatch.bad_argument, 1u);
+    EXPECT_EQ(specimen.try_call(L"Twice", {40000}).result, DISP_E_OVERFLOW);
+    EXPECT_EQ(specimen.try_call(L"Member", {L"text", L"Name"}).result, DISP_E_TYPEMISMATCH);
+    expect_error(specimen.try_call(L"Value", {Value::null()}), 94, L"Invalid use of Null", L"class_tests");
+}
+
+TEST_F(LateBound, EveryTypeArrivesInItsPlace)
+{
+    Value currency = Value::of_type(VT_CY);
+    currency.cyVal.int64 = 20000;
+    Value date = Value::of_type(VT_DATE);
+    date.date = 3.0;
+    EXPECT_EQ(specimen.call(L"Mixed", {L"5", 2, true, 1.5, currency, date, 1}).dblVal, 5 + 20 + 100 + 1500 + 20000 + 3e6 + 1e8);
+    EXPECT_EQ(specimen.try_call(L"Mixed", {256, 2, true, 1.5, currency, date, 1}).result, DISP_E_OVERFLOW);
+}
+
+TEST_F(LateBound, AVariantByValueIsSeenWithoutItsReferences)
+{
+    short number = 7;
+    Value text = L"x", array = array_of({1});
+    EXPECT_EQ(specimen.call(L"TypeOf", {Value::reference(VT_I2, &number)}).number(), VT_I2);
+    EXPECT_EQ(specimen.call(L"TypeOf", {Value::variable(text)}).number(), VT_BSTR);
+    EXPECT_EQ(specimen.call(L"TypeOf", {Value::reference(VT_ARRAY | VT_VARIANT, &array.parray)}).number(), VT_ARRAY | VT_VARIANT);
+    EXPECT_EQ(specimen.call(L"TypeOf", {Value::null()}).number(), VT_NULL);
+}
+
+TEST_F(LateBound, ByReferenceTheCallersVariableChangesWhateverItsType)
+{
+    Value same = 21, text = L"21", empty, literal = 21;
+    specimen.call(L"Double", {Value::variable(same)});
+    EXPECT_EQ(same.number(), 42);
+    specimen.call(L"Double", {Value::variable(text)});
+    EXPECT_EQ(text.vt, VT_I4);
+    EXPECT_EQ(text.number(), 42);
+    specimen.call(L"Double", {Value::variable(empty)});
+    EXPECT_EQ(empty.vt, VT_I4);
+    specimen.call(L"Double", {literal});
+    EXPECT_EQ(literal.number(), 21) << "a value is no variable";
+
+    long typed = 21;
+    short narrow = 21;
+    specimen.call(L"Double", {Value::reference(VT_I4, &typed)});
+    specimen.call(L"Double", {Value::reference(VT_I2, &narrow)});
+    EXPECT_EQ(typed, 42);
+    EXPECT_EQ(narrow, 42);
+
+    Value word = L"a", number = 1;
+    BSTR own = SysAllocString(L"b");
+    specimen.call(L"Append", {Value::variable(word), L"z"});
+    specimen.call(L"Append", {Value::variable(number), L"z"});
+    specimen.call(L"Append", {Value::reference(VT_BSTR, &own), L"z"});
+    EXPECT_EQ(word.text(), L"az");
+    EXPECT_EQ(number.text(), L"1z");
+    EXPECT_EQ(std::wstring{own}, L"bz");
+    SysFreeString(own);
+
+    Value any = L"before";
+    specimen.call(L"Replace", {Value::variable(any), 5});
+    EXPECT_EQ(any.number(), 5);
+    double real = 1.5;
+    specimen.call(L"Replace", {Value::reference(VT_R8, &real), L"2"});
+    EXPECT_EQ(real, 2.0);
+}
+
+TEST_F(LateBound, TypedArraysComeAsTheyAreAsVariantsOrEmpty)
+{
+    Value empty;
+    specimen.call(L"Fill", {Value::variable(empty), 3});
+    EXPECT_EQ(empty.vt, VT_ARRAY | VT_R8);
+    EXPECT_EQ(specimen.call(L"Sum", {Value::variable(empty)}).dblVal, 4.5);
+
+    Value variants = array_of({1, L"2", 3.5}, 5);
+    EXPECT_EQ(specimen.call(L"Sum", {Value::variable(variants)}).dblVal, 6.5);
+    EXPECT_EQ(variants.vt, VT_ARRAY | VT_VARIANT) << "by value the caller's array stays";
+    specimen.call(L"Fill", {Value::variable(variants), 2});
+    EXPECT_EQ(variants.vt, VT_ARRAY | VT_R8);
+
+    SAFEARRAY* own = nullptr;
+    specimen.call(L"Fill", {Value::reference(VT_ARRAY | VT_R8, &own), 4});
+    ASSERT_TRUE(own);
+    EXPECT_EQ(own->rgsabound[0].cElements, 4u);
+    SafeArrayDestroy(own);
+
+    EXPECT_EQ(specimen.try_call(L"Sum", {array_of({1, L"x"})}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(specimen.try_call(L"Sum", {7}).result, DISP_E_TYPEMISMATCH);
+}
+
+TEST_F(LateBound, AnyNumberOfArgumentsBecomesAList)
+{
+    Value variable = 1.5;
+    EXPECT_EQ(specimen.call(L"Types", {L","}).text(), L"");
+    EXPECT_EQ(specimen.call(L"Types", {L",", L"a", Value::variable(variable), array_of({1}), Value::null()}).text(), L"8,5,8204,1,");
+    EXPECT_EQ(specimen.try_call(L"Types", {}).result, DISP_E_BADPARAMCOUNT);
+}
+
+TEST_F(LateBound, PropertiesAreSetTheWayTheirClientsDo)
+{
+    const Object other = Specimen::create();
+    specimen.put(L"Value", {L"x"});
+    EXPECT_EQ(specimen.call(L"Value").text(), L"x");
+    specimen.put(L"Value", {L"ignored", L"y"});
+    EXPECT_EQ(specimen.call(L"Value").text(), L"y");
+    specimen.put(L"Only", {5});
+    EXPECT_EQ(specimen.invoke(DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}).value.text(), L"5");
+
+    EXPECT_EQ(specimen.try_set(L"Partner", {other}).result, S_OK);
+    EXPECT_EQ(specimen.object(L"Partner").dispatch(), other.dispatch());
+    EXPECT_EQ(specimen.try_set(L"Partner", {Value{static_cast<IDispatch*>(nullptr)}}).result, S_OK);
+    EXPECT_EQ(specimen.call(L"Partner").pdispVal, nullptr);
+    specimen.put(L"Partner", {other}); // a plain put to a property that is only set by reference
+    EXPECT_EQ(specimen.object(L"Partner").dispatch(), other.dispatch());
+    EXPECT_EQ(specimen.try_put(L"Partner", {5}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(specimen.try_put(L"Twice", {L"x"}).result, DISP_E_MEMBERNOTFOUND);
+}
+
+TEST_F(LateBound, ArgumentsOfAPropertyThatTakesNoneAreForItsObject)
+{
+    specimen.object(L"Items").call(L"Add", {L"first", L"Key"});
+    EXPECT_EQ(specimen.call(L"Items", {L"KEY"}).text(), L"first");
+    EXPECT_EQ(specimen.call(L"Items", {1}).text(), L"first");
+    expect_error(specimen.try_call(L"Items", {2}), 9, L"Subscript out of range", L"class_tests");
+
+    specimen.put(L"Child", {L"a", L"value of a"}); // an item that can't be set itself takes the value
+    EXPECT_EQ(specimen.object(L"Child", {L"a"}).call(L"Value").text(), L"value of a");
+    specimen.try_set(L"Partner", {Specimen::create()});
+    EXPECT_EQ(specimen.call(L"Partner", {L"default of its Value"}).text(), L"default of its Value");
+    specimen.put(L"Partner", {L"", L"set through"});
+    EXPECT_EQ(specimen.object(L"Partner").call(L"Value").text(), L"set through");
+}
+
+TEST_F(LateBound, ErrorsArriveWithNumberSourceAndDescription)
+{
+    Value reached = 0;
+    expect_error(specimen.try_call(L"Fail", {13, Value::variable(reached)}), 13, L"Beschreibung \u00fc", L"class_tests");
+    EXPECT_EQ(reached.number(), 1) << "what was done before the error stays done";
+    expect_error(specimen.try_call(L"Fail", {3, 0}), 3, L"Beschreibung \u00fc", L"Specimen.Source");
+    expect_error(specimen.try_call(L"Fail", {static_cast<long>(0x80040001), 0}), static_cast<long>(0x80040001), L"Beschreibung \u00fc", L"class_tests");
+    expect_error(specimen.try_call(L"Fail", {1, 0}), 7, L"Out of memory", L"class_tests");
+    EXPECT_EQ(specimen.try_call(L"Fail", {2, 0}).code, E_UNEXPECTED);
+}
+
+TEST_F(LateBound, ObjectsOfTheClientAreCalledByName)
+{
+    const Object other = Specimen::create();
+    other.put(L"Value", {L"v"});
+    EXPECT_EQ(specimen.call(L"Member", {other, L"vAlue"}).text(), L"v");
+    expect_error(specimen.try_call(L"Member", {other, L"Nothing"}), 438, L"Object doesn't support this property or method", L"class_tests");
+    expect_error(specimen.try_call(L"Member", {Value{static_cast<IDispatch*>(nullptr)}, L"Value"}), 91,
+                 L"Object variable or With block variable not set", L"class_tests");
+}
+
+namespace {
+
+/// Calls a member while the stack is off the alignment that the compiler expects, as clients' stacks are.
+__attribute__((naked)) HRESULT call_off_by(unsigned, void*, void*, void*)
+{
+    asm("push %ebp\n\t"
+        "mov %esp, %ebp\n\t"
+        "and $-16, %esp\n\t"
+        "sub 8(%ebp), %esp\n\t"
+        "pushl 20(%ebp)\n\t"
+        "pushl 16(%ebp)\n\t"
+        "call *12(%ebp)\n\t"
+        "mov %ebp, %esp\n\t"
+        "pop %ebp\n\t"
+        "ret");
+}
+
+} // namespace
+
+TEST_F(LateBound, MembersStandAStackOfAnyAlignment)
+{
+    auto* object = static_cast<_Specimen*>(specimen.dispatch());
+    void* const member = (*reinterpret_cast<void***>(object))[7 + 17]; // behind IDispatch and the seventeen before it
+    for (unsigned off : {0u, 4u, 8u, 12u}) {
+        long misalignment = -1;
+        EXPECT_EQ(call_off_by(off, member, object, &misalignment), S_OK);
+        EXPECT_EQ(misalignment, 0) << "off by " << off;
+    }
+}

@@ -35,7 +35,7 @@ public:
         if (object)
             object->AddRef();
     }
-    Value(const Value& other) : Value{} { VariantCopy(this, &other); }
+    Value(const Value& other) : Value{} { VariantCopy(this, const_cast<Value*>(&other)); }
     Value(Value&& other) noexcept : VARIANT{other} { static_cast<VARIANT&>(other).vt = VT_EMPTY; }
     Value& operator=(Value other)
     {
@@ -81,7 +81,7 @@ public:
     long number() const
     {
         Value converted;
-        EXPECT_EQ(VariantChangeType(&converted, this, 0, VT_I4), S_OK) << "type " << vt;
+        EXPECT_EQ(VariantChangeType(&converted, const_cast<Value*>(this), 0, VT_I4), S_OK) << "type " << vt;
         return converted.lVal;
     }
     bool flag() const

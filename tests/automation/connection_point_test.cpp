@@ -1,0 +1,107 @@
+#include "automation/specimen.h"
+
+#include <olectl.h>
+
+#include <functional>
+
+using client::Object;
+using client::Value;
+
+namespace {
+
+/// A client's sink: calls back with the number that the event hands over.
+class Sink final : public IDispatch {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    {
+        *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
+        return *object ? (AddRef(), S_OK) : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override
+    {
+        if (id == 1 && arguments->cArgs == 1 && arguments->rgvarg[0].vt == (VT_BYREF | VT_I4))
+            happened(*arguments->rgvarg[0].plVal);
+        return E_FAIL; // which is the sink's own affair
+    }
+
+    std::function<void(long&)> happened;
+    ULONG references = 0;
+};
+
+class Events : public testing::Test {
+protected:
+    automation::Ref<IConnectionPoint> point()
+    {
+        automation::Ref<IConnectionPoint> point;
+        const auto container = automation::query<IConnectionPointContainer>(specimen.dispatch());
+        EXPECT_EQ(container->FindConnectionPoint(__uuidof(__Specimen), point.put()), S_OK);
+        return point;
+    }
+
+    client::Apartment apartment;
+    Object specimen = Specimen::create();
+};
+
+} // namespace
+
+TEST_F(Events, ReachEverySinkAndBringBackWhatItChanged)
+{
+    Sink one, other;
+    one.happened = [](long& n) { n += 1; };
+    other.happened = [](long& n) { n *= 10; };
+    DWORD first = 0, second = 0;
+    EXPECT_EQ(point()->Advise(&one, &first), S_OK);
+    EXPECT_EQ(point()->Advise(&other, &second), S_OK);
+    EXPECT_EQ(specimen.call(L"Happen", {4}).number(), 50);
+    EXPECT_EQ(point()->Unadvise(first), S_OK);
+    EXPECT_EQ(point()->Unadvise(first), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(specimen.call(L"Happen", {4}).number(), 40);
+    specimen = Object{};
+    EXPECT_EQ(one.references + other.references, 0u) << "the object lets go of its sinks";
+}
+
+TEST_F(Events, SinksMayGoWhileAnEventIsRaised)
+{
+    Sink one, other;
+    DWORD first = 0, second = 0;
+    one.happened = [&](long& n) {
+        ++n;
+        point()->Unadvise(first);
+        point()->Unadvise(second);
+    };
+    other.happened = [](long& n) { ++n; };
+    point()->Advise(&one, &first);
+    point()->Advise(&other, &second);
+    EXPECT_EQ(specimen.call(L"Happen", {0}).number(), 2);
+    EXPECT_EQ(specimen.call(L"Happen", {0}).number(), 0);
+}
+
+TEST_F(Events, AreFoundAndListed)
+{
+    const auto container = automation::query<IConnectionPointContainer>(specimen.dispatch());
+    automation::Ref<IConnectionPoint> none, listed;
+    EXPECT_EQ(container->FindConnectionPoint(IID_IDispatch, none.put()), CONNECT_E_NOCONNECTION);
+    automation::Ref<IEnumConnectionPoints> points;
+    ASSERT_EQ(container->EnumConnectionPoints(points.put()), S_OK);
+    EXPECT_EQ(points->Next(1, listed.put(), nullptr), S_OK);
+    EXPECT_EQ(points->Next(1, none.put(), nullptr), S_FALSE);
+    IID iid{};
+    listed->GetConnectionInterface(&iid);
+    EXPECT_EQ(iid, __uuidof(__Specimen));
+
+    Sink sink;
+    DWORD cookie = 0;
+    listed->Advise(&sink, &cookie);
+    automation::Ref<IEnumConnections> connections;
+    ASSERT_EQ(listed->EnumConnections(connections.put()), S_OK);
+    CONNECTDATA connection{};
+    ASSERT_EQ(connections->Next(1, &connection, nullptr), S_OK);
+    EXPECT_EQ(connection.dwCookie, cookie);
+    connection.pUnk->Release();
+    listed->Unadvise(cookie);
+}

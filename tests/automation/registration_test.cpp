@@ -1,0 +1,95 @@
+#include "automation/registration.h"
+
+#include "automation/specimen.h"
+
+#include <map>
+
+namespace {
+
+std::wstring value_of(const std::wstring& key, const wchar_t* name = nullptr)
+{
+    wchar_t text[1024] = L"";
+    DWORD size = sizeof text;
+    return RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size) == ERROR_SUCCESS ? text : L"(none)";
+}
+
+bool exists(const std::wstring& key)
+{
+    HKEY opened = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(opened);
+    return true;
+}
+
+const std::wstring guid_rest = L"-6B1B-4F0B-8C76-0F6B7A3C9D10}";
+const std::wstring library = L"TypeLib\\{7B1E0A52" + guid_rest;
+const std::wstring interface_key = L"Interface\\{7B1E0A53" + guid_rest;
+const std::wstring class_key = L"CLSID\\{7B1E0A55" + guid_rest;
+const std::wstring hidden_key = L"CLSID\\{7B1E0A56" + guid_rest;
+const std::wstring alias_key = L"Interface\\{7B1E0A57" + guid_rest;
+const std::wstring events_key = L"Interface\\{7B1E0A54" + guid_rest;
+const std::wstring program_key = L"SpecimenLibrary.Specimen";
+
+class Registration : public testing::Test {
+protected:
+    void TearDown() override { automation::unregister_server(); }
+    static void expect_nothing_left()
+    {
+        for (const std::wstring& key : {library, interface_key, class_key, alias_key, events_key, program_key})
+            EXPECT_FALSE(exists(key)) << std::string(key.begin(), key.end());
+    }
+};
+
+} // namespace
+
+TEST_F(Registration, WritesWhatClientsLookFor)
+{
+    ASSERT_EQ(automation::register_server(), S_OK);
+    EXPECT_EQ(value_of(class_key), L"SpecimenLibrary.Specimen");
+    EXPECT_EQ(value_of(class_key + L"\\InprocServer32"), automation::module::path());
+    EXPECT_EQ(value_of(class_key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+    EXPECT_EQ(value_of(class_key + L"\\ProgID"), program_key);
+    EXPECT_EQ(value_of(class_key + L"\\TypeLib"), L"{7B1E0A52" + guid_rest);
+    EXPECT_EQ(value_of(class_key + L"\\VERSION"), L"2.31");
+    EXPECT_TRUE(exists(class_key + L"\\Programmable"));
+    EXPECT_TRUE(exists(class_key + L"\\Implemented Categories\\{40FC6ED5-2438-11CF-A3DB-080036F12502}"));
+    EXPECT_EQ(value_of(program_key + L"\\Clsid"), L"{7B1E0A55" + guid_rest);
+    EXPECT_FALSE(exists(hidden_key)) << "a class that no client creates";
+    EXPECT_EQ(value_of(library + L"\\2.1f\\409\\win32"), automation::module::path());
+    EXPECT_EQ(value_of(interface_key + L"\\TypeLib"), L"{7B1E0A52" + guid_rest);
+    EXPECT_EQ(value_of(interface_key + L"\\TypeLib", L"Version"), L"2.1f");
+    EXPECT_EQ(value_of(alias_key), L"_Specimen");
+    EXPECT_EQ(value_of(alias_key + L"\\Forward"), L"{7B1E0A53" + guid_rest);
+}
+
+TEST_F(Registration, GoesWithoutATrace)
+{
+    ASSERT_EQ(automation::register_server(), S_OK);
+    ASSERT_EQ(automation::register_server(), S_OK) << "once more changes nothing";
+    EXPECT_EQ(automation::unregister_server(), S_OK);
+    expect_nothing_left();
+    EXPECT_EQ(automation::unregister_server(), S_OK) << "when nothing is there";
+}
+
+TEST_F(Registration, GoesWhenOnlyHalfOfItIsThere)
+{
+    for (const std::wstring& gone : {library, interface_key, class_key, program_key, alias_key + L"\\Forward"}) {
+        ASSERT_EQ(automation::register_server(), S_OK);
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, gone.c_str());
+        EXPECT_EQ(automation::unregister_server(), S_OK);
+        expect_nothing_left();
+    }
+}
+
+TEST_F(Registration, LeavesWhatOthersWroteThere)
+{
+    ASSERT_EQ(automation::register_server(), S_OK);
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CLASSES_ROOT, (class_key + L"\\Foreign").c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+    RegCloseKey(key);
+    EXPECT_EQ(automation::unregister_server(), S_OK);
+    EXPECT_TRUE(exists(class_key + L"\\Foreign"));
+    EXPECT_FALSE(exists(class_key + L"\\InprocServer32"));
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, class_key.c_str());
+}

@@ -1,0 +1,129 @@
+#pragma once
+
+/// What clients were compiled against: the identities of every class, as they must never change.
+namespace identities {
+
+enum class Instancing { Global, Creatable, NotCreatable };
+
+struct Class {
+    const wchar_t* name;
+    const wchar_t* id;
+    const wchar_t* face; ///< identifier of the default interface
+    const wchar_t* events = nullptr;
+    Instancing instancing;
+};
+
+inline constexpr Class classes[]{
+    {L"qvScreen", L"{B713A6AB-B922-11D1-B817-0020182C2F2F}", L"{B713A6AA-B922-11D1-B817-0020182C2F2F}", nullptr, Instancing::Global},
+    {L"qvPrinter", L"{B713A6AD-B922-11D1-B817-0020182C2F2F}", L"{B713A6AC-B922-11D1-B817-0020182C2F2F}", nullptr, Instancing::Global},
+    {L"qvMath", L"{B713A6AF-B922-11D1-B817-0020182C2F2F}", L"{93A77F20-E514-11D2-B87A-0020182C2F2F}", nullptr, Instancing::Global},
+    {L"qvForm", L"{B713A6B1-B922-11D1-B817-0020182C2F2F}", L"{590A434C-1474-11D4-B9EF-00E07D7ADE9A}", nullptr, Instancing::Global},
+    {L"qvCommon", L"{B713A6B3-B922-11D1-B817-0020182C2F2F}", L"{3B10BCC6-85BF-4998-AC9C-650E77CD7F2C}", nullptr, Instancing::Global},
+    {L"qvAPI", L"{B713A6B5-B922-11D1-B817-0020182C2F2F}", L"{9E656EC1-08FD-4B53-9EF5-707441E490C3}", nullptr, Instancing::Global},
+    {L"qvSyno", L"{B713A6B7-B922-11D1-B817-0020182C2F2F}", L"{B713A6B6-B922-11D1-B817-0020182C2F2F}", nullptr, Instancing::Global},
+    {L"qvFile", L"{B713A6B9-B922-11D1-B817-0020182C2F2F}", L"{55E70B62-7768-47E7-9729-E22150C11367}", L"{57AC1200-9C15-413B-9F28-17C493874817}", Instancing::Global},
+    {L"qvBitmap", L"{B713A6BB-B922-11D1-B817-0020182C2F2F}", L"{0CDB8860-4644-11D2-B81D-0020182C2F2F}", nullptr, Instancing::Global},
+    {L"qvSystemColors", L"{69741B01-0B2D-11D2-9841-0020182C2F2F}", L"{69741B00-0B2D-11D2-9841-0020182C2F2F}", nullptr, Instancing::Creatable},
+    {L"qvSystemMetrics", L"{69741B03-0B2D-11D2-9841-0020182C2F2F}", L"{69741B02-0B2D-11D2-9841-0020182C2F2F}", nullptr, Instancing::Creatable},
+    {L"qvSave", L"{69741B05-0B2D-11D2-9841-0020182C2F2F}", L"{F69AE5E9-3AAF-11D2-B81D-0020182C2F2F}", nullptr, Instancing::Creatable},
+    {L"qvPathDialog", L"{5C00ABB5-5EE7-11D2-9939-0020182C2F2F}", L"{5C00ABB4-5EE7-11D2-9939-0020182C2F2F}", nullptr, Instancing::Creatable},
+    {L"CFileQVBHeader", L"{A400DE54-E520-11D2-B87A-0020182C2F2F}", L"{A400DE53-E520-11D2-B87A-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"qvFile_qvb", L"{A400DE5B-E520-11D2-B87A-0020182C2F2F}", L"{A91AA4D6-E547-11D2-B87A-0020182C2F2F}", nullptr, Instancing::Creatable},
+    {L"CFile_sNames", L"{A400DE59-E520-11D2-B87A-0020182C2F2F}", L"{A400DE58-E520-11D2-B87A-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"CFileInfoHeader", L"{A400DE57-E520-11D2-B87A-0020182C2F2F}", L"{A400DE56-E520-11D2-B87A-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"qvSharedMemory", L"{3722E6C8-5622-11D3-9B5E-0096E3000000}", L"{CC075D47-5623-11D3-9B5E-0096E3000000}", nullptr, Instancing::Creatable},
+    {L"qvWindowProc", L"{75A5482C-ABE6-11D3-B8CC-00104B16AC63}", L"{0FDF22EE-7C73-41D9-962F-C3D059B5359C}", L"{8DCD5DBC-56D4-4904-A211-6E7050BDC804}", Instancing::Creatable},
+    {L"qvToolTip", L"{B74541C0-E60D-11D3-B916-00104B16AC63}", L"{B74541BF-E60D-11D3-B916-00104B16AC63}", L"{B74541C6-E60D-11D3-B916-00104B16AC63}", Instancing::Creatable},
+    {L"qvIniFile", L"{F1A03182-3FB6-11D4-A1FA-0020182C2F2F}", L"{09C5B604-C2B6-4182-BFD7-C0E1054D9A0A}", nullptr, Instancing::Creatable},
+    {L"qvIniSections", L"{F1A03180-3FB6-11D4-A1FA-0020182C2F2F}", L"{F1A0317F-3FB6-11D4-A1FA-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"qvIniSection", L"{F1A0317E-3FB6-11D4-A1FA-0020182C2F2F}", L"{7967D04D-B294-4A38-BCDA-15C5308863BA}", nullptr, Instancing::NotCreatable},
+    {L"qvIniParameters", L"{F1A0317C-3FB6-11D4-A1FA-0020182C2F2F}", L"{F1A0317B-3FB6-11D4-A1FA-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"qvIniParameter", L"{F1A0317A-3FB6-11D4-A1FA-0020182C2F2F}", L"{BD8AA879-4039-11D4-A1FB-0020182C2F2F}", nullptr, Instancing::NotCreatable},
+    {L"qvFile_Nif", L"{B3A6C330-FEEF-48B0-9A9D-9DCDAC639FD4}", L"{4AD0D599-A27A-466B-8AAB-20668490E771}", nullptr, Instancing::Creatable},
+};
+
+/// Identifiers under which earlier releases knew the default interface of a class, numbered from the oldest.
+struct Alias {
+    const wchar_t* name;
+    const wchar_t* id;
+};
+
+inline constexpr Alias aliases[]{
+    {L"qvMath___v0", L"{B713A6AE-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvForm___v0", L"{B713A6B0-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvForm___v1", L"{5F272AB9-C1EC-11D1-B819-0020182C2F2F}"},
+    {L"qvForm___v2", L"{59D7E7C7-36E8-11D2-B81D-0020182C2F2F}"},
+    {L"qvForm___v3", L"{DACFBE22-47EB-11D2-B81D-0020182C2F2F}"},
+    {L"qvForm___v4", L"{B962281A-7CDD-11D2-B878-0020182C2F2F}"},
+    {L"qvForm___v5", L"{4D7BB1CD-D005-11D2-99C7-0020182C2F2F}"},
+    {L"qvForm___v6", L"{87B4E2B5-D92D-11D2-B87A-0020182C2F2F}"},
+    {L"qvForm___v7", L"{9FD7F12F-DBF7-11D2-B87A-0020182C2F2F}"},
+    {L"qvForm___v8", L"{D660F105-610B-11D3-9B81-865EA9000000}"},
+    {L"qvForm___v9", L"{7EB56428-6AA8-11D3-9121-5893BE000000}"},
+    {L"qvForm___v10", L"{EE6BCFAC-8D38-11D3-91F9-5664E5000000}"},
+    {L"qvCommon___v0", L"{B713A6B2-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvCommon___v1", L"{08D199BC-C65C-11D1-B819-0020182C2F2F}"},
+    {L"qvCommon___v2", L"{2377A0B9-DB89-11D1-B81C-0020182C2F2F}"},
+    {L"qvCommon___v3", L"{878D3499-FF92-11D1-980D-0020182C2F2F}"},
+    {L"qvCommon___v4", L"{5272A6DD-386A-11D2-B81D-0020182C2F2F}"},
+    {L"qvCommon___v5", L"{444E68E3-466B-11D2-B81D-0000B45DA5F2}"},
+    {L"qvCommon___v6", L"{B9CD7B8B-47E5-11D2-B81D-0020182C2F2F}"},
+    {L"qvCommon___v7", L"{5C00ABB1-5EE7-11D2-9939-0020182C2F2F}"},
+    {L"qvCommon___v8", L"{AF86B539-E0F9-11D2-99EC-0020182C2F2F}"},
+    {L"qvCommon___v9", L"{3D95B0BF-F0B6-11D2-B87B-0020182C2F2F}"},
+    {L"qvCommon___v10", L"{29FD6C92-F510-11D2-9A0F-0020182C2F2F}"},
+    {L"qvCommon___v11", L"{79759D12-352E-11D3-9ADD-0020182C2F2F}"},
+    {L"qvCommon___v12", L"{23E71642-3793-11D3-9AE6-0020182C2F2F}"},
+    {L"qvCommon___v13", L"{C6509DF4-4390-11D3-B87B-0020182C2F2F}"},
+    {L"qvCommon___v14", L"{A4E92B98-A70E-11D3-9278-3E53F4000000}"},
+    {L"qvCommon___v15", L"{548DC428-CE79-11D3-B8F1-00104B16AC63}"},
+    {L"qvCommon___v16", L"{8865EC49-0129-42F8-B4C2-260E29BBB0E2}"},
+    {L"qvCommon___v17", L"{A322DF7C-FF04-11D3-A35B-603348C10472}"},
+    {L"qvCommon___v18", L"{D7E193DC-1466-11D4-B9EF-00E07D7ADE9A}"},
+    {L"qvCommon___v19", L"{FD2E30B6-467F-11D4-BA59-00E07D7ADE9A}"},
+    {L"qvCommon___v20", L"{7DD945C6-7802-11D4-BAC3-00E07D7ADE9A}"},
+    {L"qvCommon___v21", L"{89AA224E-C54C-11D4-BB8C-00E07D7ADE9A}"},
+    {L"qvCommon___v22", L"{CF6E027D-1E2E-40B9-A39D-82E6755DB413}"},
+    {L"qvAPI___v0", L"{B713A6B4-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvAPI___v1", L"{5AA81ACB-E290-11D2-B87A-0020182C2F2F}"},
+    {L"qvAPI___v2", L"{D516B52E-54A2-11D3-9B58-16DB0E000000}"},
+    {L"qvAPI___v3", L"{23D06D6E-556C-11D3-9B5B-16E619000000}"},
+    {L"qvAPI___v4", L"{12B4A408-61F8-11D3-9B8A-AE856B000000}"},
+    {L"qvAPI___v5", L"{5CCC8F98-9C36-11D3-924F-7E5EF2000000}"},
+    {L"qvAPI___v6", L"{0AD43C1E-DB0B-11D3-B908-00104B16AC63}"},
+    {L"qvAPI___v7", L"{2B833D86-B5B9-11D4-A2C3-1A42D9000000}"},
+    {L"qvFile___v0", L"{B713A6B8-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvFile___v1", L"{5F272ABA-C1EC-11D1-B819-0020182C2F2F}"},
+    {L"qvFile___v2", L"{756D7FBE-3799-11D2-B81D-0020182C2F2F}"},
+    {L"qvFile___v3", L"{9E89BE64-4452-11D2-B81D-0000B45DA5F2}"},
+    {L"qvFile___v4", L"{885160A5-4761-11D2-B81D-0020182C2F2F}"},
+    {L"qvFile___v5", L"{2BF6EDA4-571C-11D3-9B61-0020182C2F2F}"},
+    {L"qvFile___v6", L"{E236A678-62F0-11D3-9B95-0020182C2F2F}"},
+    {L"qvFile___v7", L"{9FB93024-645F-11D3-9B9C-60998F000000}"},
+    {L"qvFile___v8", L"{17385568-6C42-11D3-9AAF-FE3CFF000000}"},
+    {L"qvFile___v9", L"{9B4BA758-7728-11D3-86B1-0000B45DA5F2}"},
+    {L"qvFile___v10", L"{E6D5D778-8095-11D3-91B7-E0099A000000}"},
+    {L"qvFile___v11", L"{23FEEFD8-AD88-11D3-B8D1-00104B16AC63}"},
+    {L"qvFile___v12", L"{0AD43C1F-DB0B-11D3-B908-00104B16AC63}"},
+    {L"qvFile___v13", L"{BA767576-4B2F-11D4-BA73-00E07D7ADE9A}"},
+    {L"qvFile___v14", L"{4AAE09C6-B003-11D4-BB55-00E07D7ADE9A}"},
+    {L"qvFile___v15", L"{5B35EF76-B008-11D4-BB55-00E07D7ADE9A}"},
+    {L"qvFile___v16", L"{9E470152-6390-4E4A-A0C4-7B4441A6B187}"},
+    {L"qvFile___v17", L"{1CCD6F6A-6781-4555-B7CF-2103104225FF}"},
+    {L"qvBitmap___v0", L"{B713A6BA-B922-11D1-B817-0020182C2F2F}"},
+    {L"qvBitmap___v1", L"{59D7E7D3-36E8-11D2-B81D-0020182C2F2F}"},
+    {L"qvSave___v0", L"{69741B04-0B2D-11D2-9841-0020182C2F2F}"},
+    {L"qvSave___v1", L"{59D7E7CF-36E8-11D2-B81D-0020182C2F2F}"},
+    {L"qvFile_qvb___v0", L"{A400DE5A-E520-11D2-B87A-0020182C2F2F}"},
+    {L"qvFile_qvb___v1", L"{DB4B19D6-E542-11D2-B87A-0020182C2F2F}"},
+    {L"qvSharedMemory___v0", L"{3722E6C7-5622-11D3-9B5E-0096E3000000}"},
+    {L"qvSharedMemory___v1", L"{795E90C7-5623-11D3-9B5E-0096E3000000}"},
+    {L"qvWindowProc___v0", L"{75A5482B-ABE6-11D3-B8CC-00104B16AC63}"},
+    {L"qvIniFile___v0", L"{F1A03181-3FB6-11D4-A1FA-0020182C2F2F}"},
+    {L"qvIniFile___v1", L"{A3F9F6CA-773D-11D4-BAC2-00E07D7ADE9A}"},
+    {L"qvIniParameter___v0", L"{F1A03179-3FB6-11D4-A1FA-0020182C2F2F}"},
+    {L"qvIniSection___v0", L"{F1A0317D-3FB6-11D4-A1FA-0020182C2F2F}"},
+    {L"qvIniSection___v1", L"{BD8AA87A-4039-11D4-A1FB-0020182C2F2F}"},
+};
+
+} // namespace identities
