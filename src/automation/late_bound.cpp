@@ -515,8 +515,8 @@ HRESULT invoke_default(void* object, const Function& get, DISPPARAMS& given, LCI
     Variant target;
     if (const HRESULT failure = Call{object, get, Arguments{own, false}, false, bad_argument}.run(&target, exception); FAILED(failure))
         return failure;
-    if (target.vt != VT_DISPATCH || !target.pdispVal)
-        return DISP_E_MEMBERNOTFOUND;
+    if (!target.pdispVal)
+        return exception_of(answer([] { throw Error{Runtime::ObjectNotSet}; }), exception);
     DISPPARAMS rest = given;
     rest.cArgs -= taken;
     return target.pdispVal->Invoke(DISPID_VALUE, IID_NULL, locale, flags, &rest, result, exception, bad_argument);

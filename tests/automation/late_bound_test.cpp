@@ -213,6 +213,7 @@ TEST_F(LateBound, ArgumentsOfAPropertyThatTakesNoneAreForItsObject)
 
     specimen.put(L"Child", {L"a", L"value of a"}); // an item that can't be set itself takes the value
     EXPECT_EQ(specimen.object(L"Child", {L"a"}).call(L"Value").text(), L"value of a");
+    expect_error(specimen.try_call(L"Partner", {L"x"}), 91, L"Object variable or With block variable not set", L"class_tests");
     specimen.try_set(L"Partner", {Specimen::create()});
     EXPECT_EQ(specimen.call(L"Partner", {L"default of its Value"}).text(), L"default of its Value");
     specimen.put(L"Partner", {L"", L"set through"});

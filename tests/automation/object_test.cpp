@@ -8,10 +8,18 @@ namespace {
 
 class Objects : public testing::Test {
 protected:
-    void TearDown() override { EXPECT_EQ(automation::module::held(), 0) << "objects are left"; }
-
     client::Apartment apartment;
 };
+
+/// After every test of this program.
+class NothingLeft : public testing::EmptyTestEventListener {
+    void OnTestEnd(const testing::TestInfo&) override { EXPECT_EQ(automation::module::held(), 0) << "objects are left"; }
+};
+
+[[maybe_unused]] const bool listens = [] {
+    testing::UnitTest::GetInstance()->listeners().Append(new NothingLeft);
+    return true;
+}();
 
 constexpr IID former_specimen{0x7B1E0A57, 0x6B1B, 0x4F0B, {0x8C, 0x76, 0x0F, 0x6B, 0x7A, 0x3C, 0x9D, 0x10}};
 

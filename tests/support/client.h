@@ -7,6 +7,7 @@
 #include <ocidl.h>
 #include <oleauto.h>
 
+#include <atomic>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -291,13 +292,37 @@ private:
     std::wstring path_;
 };
 
-/// Starts automation for a thread of the tests.
+/// Starts automation for a thread of the tests. It is made before any object; when the last one ends, no object of the
+/// library may be left.
 class Apartment {
 public:
-    Apartment() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-    ~Apartment() { CoUninitialize(); }
+    Apartment()
+    {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        ++running();
+    }
+    ~Apartment()
+    {
+        if (--running() == 0) {
+            EXPECT_TRUE(nothing_left()) << "objects of the library are left";
+        }
+        CoUninitialize();
+    }
     Apartment(const Apartment&) = delete;
     Apartment& operator=(const Apartment&) = delete;
+
+private:
+    static std::atomic<int>& running()
+    {
+        static std::atomic<int> count{0};
+        return count;
+    }
+    static bool nothing_left()
+    {
+        const HMODULE library = GetModuleHandleW(L"qvObjects.dll");
+        const FARPROC entry = library ? GetProcAddress(library, "DllCanUnloadNow") : nullptr;
+        return !entry || reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(entry))() == S_OK;
+    }
 };
 
 } // namespace client
