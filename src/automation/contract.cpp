@@ -96,6 +96,7 @@ Parameter parameter_of(ITypeInfo& info, const ELEMDESC& element, BSTR name)
     parameter.name = view(name);
     resolve(info, element.tdesc, parameter);
     const PARAMDESC& description = element.paramdesc;
+    parameter.changes = parameter.by_reference && (description.wParamFlags & PARAMFLAG_FOUT);
     parameter.optional = (description.wParamFlags & PARAMFLAG_FOPT) != 0;
     if (description.wParamFlags & PARAMFLAG_FHASDEFAULT)
         parameter.value_if_omitted = converted(description.pparamdescex->varDefaultValue, parameter.type);

@@ -20,6 +20,7 @@ struct Parameter {
     std::wstring name;
     VARTYPE type = VT_EMPTY; ///< with VT_ARRAY for arrays; an enumeration is VT_I4, an object VT_DISPATCH
     bool by_reference = false;
+    bool changes = false;           ///< by reference, and what it becomes goes back to the caller
     bool optional = false;
     bool any_number = false;        ///< the last one of a member that takes any number of arguments
     std::optional<GUID> identity;   ///< the interface of an object, or the record; none where any object will do

@@ -97,8 +97,9 @@ VARIANT flat(const VARIANT& given) noexcept
 
 /// An argument on its way in and, by reference, back.
 struct Passed {
-    Variant content;                ///< what is passed when the caller's own storage does not fit
-    VARIANT* back = nullptr;        ///< where the outcome goes: the caller's variant or by-reference argument
+    Variant content;         ///< what is passed when the caller's own storage does not fit
+    VARIANT* back = nullptr; ///< where the outcome goes: the caller's variant or by-reference argument
+    VARIANT lent;            ///< what is passed by reference but not changed
 };
 
 HRESULT copy(Variant& target, const VARIANT& value) noexcept
@@ -231,7 +232,9 @@ HRESULT pass_by_reference(VARIANT& given, const Parameter& parameter, Passed& pa
         frame.push(inner.byref);
         return S_OK;
     }
-    if (callers_variable && parameter.type == VT_VARIANT && !(inner.vt & VT_BYREF)) {
+    // A reference to an array is passed as it is, so that no table is copied only to be changed.
+    const bool whole_array = (inner.vt & VT_BYREF) && (inner.vt & VT_ARRAY);
+    if (parameter.type == VT_VARIANT && (whole_array || (callers_variable && !(inner.vt & VT_BYREF)))) {
         frame.push(&inner);
         return S_OK;
     }
@@ -239,9 +242,16 @@ HRESULT pass_by_reference(VARIANT& given, const Parameter& parameter, Passed& pa
         frame.push(&inner.lVal);
         return S_OK;
     }
+    if (!parameter.changes) {
+        passed.lent = flat(inner);
+        if (parameter.type == VT_VARIANT || (passed.lent.vt == parameter.type && !parameter.identity)) {
+            frame.push(parameter.type == VT_VARIANT ? static_cast<void*>(&passed.lent) : &passed.lent.lVal);
+            return S_OK;
+        }
+    }
     if (const HRESULT result = convert_to_parameter(passed, flat(inner), parameter); FAILED(result))
         return result;
-    if (callers_variable || (inner.vt & VT_BYREF))
+    if (parameter.changes && (callers_variable || (inner.vt & VT_BYREF)))
         passed.back = &inner;
     frame.push(parameter.type == VT_VARIANT ? static_cast<void*>(&passed.content) : &passed.content.lVal);
     return S_OK;

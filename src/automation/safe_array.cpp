@@ -44,6 +44,48 @@ VARIANT element_at(const std::byte* place, VARTYPE type, std::size_t size) noexc
 
 } // namespace
 
+std::optional<SAFEARRAY*> array_in(const VARIANT& value) noexcept
+{
+    const VARIANT& inner = followed(value);
+    if (!(inner.vt & VT_ARRAY))
+        return std::nullopt;
+    if (!(inner.vt & VT_BYREF))
+        return inner.parray;
+    return inner.pparray ? *inner.pparray : nullptr;
+}
+
+VARTYPE element_type(const VARIANT& value) noexcept
+{
+    const VARTYPE type = followed(value).vt;
+    return type & VT_ARRAY ? static_cast<VARTYPE>(type & VT_TYPEMASK) : static_cast<VARTYPE>(VT_EMPTY);
+}
+
+void assign(VARIANT& target, Variant value)
+{
+    auto& inner = const_cast<VARIANT&>(followed(target));
+    if (!(inner.vt & VT_BYREF)) {
+        if (inner.vt & VT_ARRAY) // a locked array must not go
+            check(VariantClear(&inner));
+        std::swap(inner, static_cast<VARIANT&>(value));
+        return;
+    }
+    if (inner.vt != (VT_BYREF | value.vt))
+        throw Error{Runtime::TypeMismatch};
+    assign(inner.pparray, std::move(value));
+}
+
+void assign(SAFEARRAY** target, Variant value)
+{
+    if (!target)
+        throw Error{Runtime::InvalidCall};
+    if (*target) {
+        if ((*target)->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE))
+            throw Error{Runtime::ArrayLocked};
+        check(SafeArrayDestroy(*target));
+    }
+    *target = value.release().parray;
+}
+
 Variant new_array(VARTYPE type, std::size_t count)
 {
     SAFEARRAY* array = SafeArrayCreateVector(type, 0, static_cast<ULONG>(count));

@@ -3,6 +3,7 @@
 #include "automation/border.h"
 
 #include <cstddef>
+#include <optional>
 #include <span>
 
 /// Arrays of the platform, seen as typed memory in storage order.
@@ -41,6 +42,19 @@ private:
     SAFEARRAY* array_;
     std::span<Element> elements_;
 };
+
+/// The array that a value holds or refers to. None for any other value, null for an array still to be dimensioned.
+std::optional<SAFEARRAY*> array_in(const VARIANT& value) noexcept;
+
+/// The type of a value's elements when it is an array, VT_EMPTY otherwise.
+VARTYPE element_type(const VARIANT& value) noexcept;
+
+/// Gives a by-reference argument a new value. Where the caller passed a typed array, that array is replaced: raises 13 for
+/// a value of another type, 10 when the array is fixed or locked, and then changes nothing.
+void assign(VARIANT& target, Variant value);
+
+/// The same for a typed array.
+void assign(SAFEARRAY** target, Variant value);
 
 /// A new one-dimensional array from 0 whose elements are zero, empty or nothing.
 Variant new_array(VARTYPE type, std::size_t count);

@@ -176,6 +176,33 @@ TEST_F(LateBound, TypedArraysComeAsTheyAreAsVariantsOrEmpty)
     EXPECT_EQ(specimen.try_call(L"Sum", {7}).result, DISP_E_TYPEMISMATCH);
 }
 
+TEST_F(LateBound, ArraysThatDoNotChangeAreNotCopied)
+{
+    Value typed, variants = array_of({1, 2});
+    specimen.call(L"Fill", {Value::variable(typed), 2});
+    EXPECT_EQ(specimen.call(L"Total", {Value::variable(typed)}).dblVal, 2.0);
+    EXPECT_EQ(specimen.call(L"Total", {typed}).dblVal, 2.0);
+    EXPECT_EQ(specimen.call(L"Total", {Value::reference(VT_ARRAY | VT_R8, &typed.parray)}).dblVal, 2.0);
+    EXPECT_EQ(specimen.call(L"Total", {Value::variable(variants)}).dblVal, 3.0);
+    EXPECT_EQ(variants.vt, VT_ARRAY | VT_VARIANT) << "a script could not read a typed one";
+}
+
+TEST_F(LateBound, AByReferenceVariantTakesAnArrayInPlaceOfAnother)
+{
+    Value first, second, variable = L"text";
+    specimen.call(L"Fill", {Value::variable(first), 2});
+    specimen.call(L"Fill", {Value::variable(second), 5});
+    const Value by_reference = Value::reference(VT_ARRAY | VT_R8, &first.parray);
+    specimen.call(L"Assign", {by_reference, second});
+    EXPECT_EQ(first.parray->rgsabound[0].cElements, 5u);
+    expect_error(specimen.try_call(L"Assign", {by_reference, array_of({1})}), 13, L"Type mismatch", L"class_tests");
+    SafeArrayLock(first.parray);
+    expect_error(specimen.try_call(L"Assign", {by_reference, second}), 10, L"This array is fixed or temporarily locked", L"class_tests");
+    SafeArrayUnlock(first.parray);
+    specimen.call(L"Assign", {Value::variable(variable), second});
+    EXPECT_EQ(variable.vt, VT_ARRAY | VT_R8);
+}
+
 TEST_F(LateBound, AnyNumberOfArgumentsBecomesAList)
 {
     Value variable = 1.5;

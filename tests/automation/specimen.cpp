@@ -156,3 +156,13 @@ HRESULT Specimen::get_Child(BSTR name, _Specimen** result) noexcept
         return children_.emplace_back(view(name), make<Specimen>()).second;
     });
 }
+
+HRESULT Specimen::Total(SAFEARRAY** a, double* result) noexcept
+{
+    return Sum(*a, result);
+}
+
+HRESULT Specimen::Assign(VARIANT* v, VARIANT with) noexcept
+{
+    return answer([&] { assign(*v, Variant{with}); });
+}

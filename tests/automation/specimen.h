@@ -32,6 +32,8 @@ public:
     HRESULT STDMETHODCALLTYPE Happen(long n, long* result) noexcept override;
     HRESULT STDMETHODCALLTYPE Member(IDispatch* object, BSTR name, VARIANT* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Child(BSTR name, _Specimen** result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Total(SAFEARRAY** a, double* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Assign(VARIANT* v, VARIANT with) noexcept override;
 
     static client::Object create()
     {
