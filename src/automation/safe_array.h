@@ -14,9 +14,9 @@ template <class Element>
 class LockedArray {
 public:
     /// An array still to be dimensioned has no elements.
-    explicit LockedArray(SAFEARRAY* array) : array_{array}
+    explicit LockedArray(SAFEARRAY* array) : array_{array && array->cDims > 0 ? array : nullptr}
     {
-        if (!array)
+        if (!array_)
             return;
         void* data = nullptr;
         check(SafeArrayAccessData(array, &data));
