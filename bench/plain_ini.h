@@ -1,0 +1,56 @@
+#pragma once
+
+#include <fstream>
+#include <map>
+#include <string>
+#include <string_view>
+
+/// The plain way with an INI file, which the library is held against: std::getline into a map of maps, and out again.
+namespace plain_ini {
+
+using Section = std::map<std::string, std::string>;
+using File = std::map<std::string, Section>;
+
+inline std::string_view trimmed(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(" \t\r");
+    if (first == text.npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+/// Looks the section up once for its header, not for every line: the better of the plain ways.
+inline File load(const std::string& path)
+{
+    File sections;
+    Section* section = &sections[""];
+    std::ifstream file{path};
+    std::string line;
+    while (std::getline(file, line)) {
+        const std::string_view text = trimmed(line);
+        if (text.empty() || text.front() == ';')
+            continue;
+        if (text.front() == '[' && text.back() == ']') {
+            section = &sections[std::string{trimmed(text.substr(1, text.size() - 2))}];
+            continue;
+        }
+        const std::size_t sign = text.find('=');
+        const std::string_view value = sign == text.npos ? std::string_view{} : text.substr(sign + 1);
+        (*section)[std::string{trimmed(text.substr(0, sign))}] = trimmed(value);
+    }
+    return sections;
+}
+
+inline void save(const File& sections, const std::string& path)
+{
+    std::ofstream file{path};
+    for (const auto& [name, section] : sections) {
+        if (!name.empty())
+            file << '[' << name << "]\n";
+        for (const auto& [parameter, value] : section)
+            file << parameter << '=' << value << '\n';
+        file << '\n';
+    }
+}
+
+} // namespace plain_ini

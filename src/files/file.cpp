@@ -1,0 +1,311 @@
+#include "files/file.h"
+
+#include "automation/error.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <utility>
+
+namespace files {
+namespace {
+
+using automation::Error;
+using automation::Runtime;
+
+constexpr std::size_t largest_transfer = 1 << 26;
+constexpr DWORD disk_quota_exceeded = 1295; // ERROR_DISK_QUOTA_EXCEEDED, which not every header has
+
+[[noreturn]] void raise_last_error()
+{
+    raise_file_error(GetLastError());
+}
+
+void require(bool done)
+{
+    if (!done)
+        raise_last_error();
+}
+
+std::wstring checked(std::wstring_view path)
+{
+    if (path.find(L'\0') != path.npos)
+        throw Error{Runtime::BadFileNumber};
+    return std::wstring{path};
+}
+
+/// Others may go on reading and writing the file.
+Handle open(const std::wstring& path, DWORD access, DWORD disposition) noexcept
+{
+    constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return Handle{CreateFileW(path.c_str(), access, all, nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr)};
+}
+
+bool is_on_disk(const Handle& file) noexcept
+{
+    return GetFileType(file.get()) == FILE_TYPE_DISK;
+}
+
+std::size_t size_of(const Handle& file)
+{
+    LARGE_INTEGER size;
+    require(GetFileSizeEx(file.get(), &size));
+    if (size.QuadPart > 0x7FFFFFFF)
+        throw Error{Runtime::OutOfMemory};
+    return static_cast<std::size_t>(size.QuadPart);
+}
+
+/// Reads from where the file stands; less than `size` bytes only at its end.
+std::size_t read(const Handle& file, char* bytes, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        DWORD got = 0;
+        const auto part = static_cast<DWORD>(std::min(size - done, largest_transfer));
+        // A pipe ends by breaking.
+        require(ReadFile(file.get(), bytes + done, part, &got, nullptr) || GetLastError() == ERROR_BROKEN_PIPE);
+        if (got == 0)
+            break;
+        done += got;
+    }
+    return done;
+}
+
+void write(const Handle& file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        require(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), largest_transfer)), &written, nullptr));
+        if (written == 0)
+            raise_file_error(ERROR_DISK_FULL);
+        bytes.remove_prefix(written);
+    }
+}
+
+bool go_to(const Handle& file, std::size_t position) noexcept
+{
+    LARGE_INTEGER distance;
+    distance.QuadPart = static_cast<LONGLONG>(position);
+    return SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN);
+}
+
+bool set_size(const Handle& file, std::size_t size) noexcept
+{
+    return go_to(file, size) && SetEndOfFile(file.get());
+}
+
+/// A name that no file in the folder of `path` has, most likely.
+std::wstring beside(const std::wstring& path)
+{
+    static volatile LONG used = 0;
+    wchar_t name[32];
+    const unsigned number = static_cast<unsigned>(InterlockedIncrement(&used)) * 0x9E3779B9u ^ GetTickCount() ^ GetCurrentThreadId() << 16;
+    std::swprintf(name, std::size(name), L"~qv%08x.tmp", number);
+    return path.substr(0, path.find_last_of(L"\\/:") + 1) + name;
+}
+
+/// The path of the file itself, where `path` may be a link to it.
+std::wstring target_of(const Handle& file, const std::wstring& path)
+{
+    std::wstring target(0x8000, L'\0');
+    const DWORD length = GetFinalPathNameByHandleW(file.get(), target.data(), static_cast<DWORD>(target.size()), 0);
+    if (length == 0 || length >= target.size())
+        return path;
+    target.resize(length);
+    return target;
+}
+
+/// Takes the space first, so that a full disk is noticed before anything is lost; puts the old content back if it must.
+void write_over(const std::wstring& path, std::string_view bytes)
+{
+    Handle file = open(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+    const bool is_new = file && GetLastError() != ERROR_ALREADY_EXISTS;
+    require(static_cast<bool>(file));
+    std::string former(size_of(file), '\0');
+    former.resize(read(file, former.data(), former.size()));
+    try {
+        require(set_size(file, std::max(bytes.size(), former.size())) && go_to(file, 0));
+        write(file, bytes);
+        require(set_size(file, bytes.size()));
+    } catch (...) {
+        DWORD written = 0;
+        if (go_to(file, 0))
+            WriteFile(file.get(), former.data(), static_cast<DWORD>(former.size()), &written, nullptr);
+        set_size(file, former.size());
+        file.close();
+        if (is_new)
+            DeleteFileW(path.c_str());
+        throw;
+    }
+}
+
+} // namespace
+
+void raise_file_error(DWORD code)
+{
+    switch (code) {
+    case ERROR_FILE_NOT_FOUND:
+        throw Error{Runtime::FileNotFound};
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_DIRECTORY:
+        throw Error{Runtime::PathNotFound};
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+        throw Error{Runtime::BadFileNumber};
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_USER_MAPPED_FILE:
+    case ERROR_WRITE_PROTECT:
+        throw Error{Runtime::PermissionDenied};
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case disk_quota_exceeded:
+        throw Error{Runtime::DiskFull};
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+        throw Error{Runtime::FileAlreadyExists};
+    case ERROR_NOT_READY:
+    case ERROR_CRC:
+    case ERROR_WRITE_FAULT:
+    case ERROR_READ_FAULT:
+    case ERROR_GEN_FAILURE:
+    case ERROR_IO_DEVICE:
+        throw Error{Runtime::DeviceIo};
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+    case ERROR_NO_SYSTEM_RESOURCES:
+        throw Error{Runtime::OutOfMemory};
+    case ERROR_HANDLE_EOF:
+        throw Error{Runtime::InputPastEnd};
+    default:
+        throw Error{Runtime::PathFileAccess};
+    }
+}
+
+Input::Input(std::wstring_view path) : file_{open(checked(path), GENERIC_READ, OPEN_EXISTING)}
+{
+    if (!file_)
+        raise_last_error();
+    if (is_on_disk(file_))
+        size_ = size_of(file_);
+}
+
+std::size_t Input::read(char* bytes, std::size_t room)
+{
+    return files::read(file_, bytes, room);
+}
+
+Output::Output(std::wstring_view path) : path_{checked(path)}
+{
+    // Whether this file may be written is asked of the file itself, before its folder comes into it.
+    const Handle present = open(path_, GENERIC_WRITE, OPEN_EXISTING);
+    if (!present && GetLastError() != ERROR_FILE_NOT_FOUND)
+        raise_last_error();
+    is_there_ = static_cast<bool>(present);
+    is_device_ = is_there_ && !is_on_disk(present);
+    if (is_device_)
+        return;
+    DWORD attributes = FILE_ATTRIBUTE_NORMAL;
+    if (is_there_) {
+        path_ = target_of(present, path_);
+        if (const DWORD former = GetFileAttributesW(path_.c_str()); former != INVALID_FILE_ATTRIBUTES)
+            attributes = former;
+        // Where the user may do anything, this attribute alone does not keep him from it.
+        if (attributes & FILE_ATTRIBUTE_READONLY)
+            raise_file_error(ERROR_ACCESS_DENIED);
+    }
+    create_beside(attributes);
+}
+
+Output::~Output()
+{
+    beside_.close();
+    if (!name_beside_.empty())
+        DeleteFileW(name_beside_.c_str());
+}
+
+/// Leaves no name where the folder allows no new file.
+void Output::create_beside(DWORD attributes)
+{
+    constexpr DWORD kept = FILE_ATTRIBUTE_NORMAL | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+    for (int attempts = 0; attempts < 100; ++attempts) {
+        std::wstring name = beside(path_);
+        beside_ = Handle{CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes & kept, nullptr)};
+        if (beside_) {
+            name_beside_ = std::move(name);
+            return;
+        }
+        const DWORD code = GetLastError();
+        if (code == ERROR_DISK_FULL || code == ERROR_HANDLE_DISK_FULL)
+            raise_file_error(code);
+        if (code != ERROR_FILE_EXISTS && code != ERROR_ALREADY_EXISTS)
+            return;
+    }
+}
+
+void Output::write(std::string_view bytes)
+{
+    if (name_beside_.empty())
+        gathered_ += bytes;
+    else
+        files::write(beside_, bytes);
+}
+
+void Output::commit()
+{
+    if (is_device_) {
+        const Handle device = open(path_, GENERIC_WRITE, OPEN_EXISTING);
+        require(static_cast<bool>(device));
+        return files::write(device, gathered_);
+    }
+    if (name_beside_.empty())
+        return write_over(path_, gathered_);
+    require(FlushFileBuffers(beside_.get()));
+    beside_.close();
+    if (!swap_in())
+        write_over(path_, read_whole(name_beside_));
+}
+
+/// Whatever fails, a file with the old content is in its place again.
+bool Output::swap_in()
+{
+    const std::wstring former = beside(path_);
+    const bool done = is_there_ ? ReplaceFileW(path_.c_str(), name_beside_.c_str(), former.c_str(), 0, nullptr, nullptr)
+                                : MoveFileExW(name_beside_.c_str(), path_.c_str(), 0);
+    if (done) {
+        name_beside_.clear();
+        if (is_there_)
+            DeleteFileW(former.c_str());
+    } else if (is_there_ && GetLastError() == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2) {
+        MoveFileExW(former.c_str(), path_.c_str(), 0);
+    }
+    return done;
+}
+
+std::string read_whole(std::wstring_view path)
+{
+    constexpr std::size_t step = 1 << 16;
+    Input file{path};
+    std::string bytes(std::max(file.size(), step), '\0');
+    std::size_t size = 0;
+    for (;;) {
+        size += file.read(bytes.data() + size, bytes.size() - size);
+        if (size < bytes.size() || size == file.size())
+            break;
+        bytes.resize(size + step);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+void write_whole(std::wstring_view path, std::string_view bytes)
+{
+    Output file{path};
+    file.write(bytes);
+    file.commit();
+}
+
+} // namespace files

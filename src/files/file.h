@@ -1,0 +1,91 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+/// The one place where the library reads and writes files. Paths are taken as they are: wildcards have no meaning.
+namespace files {
+
+/// Raises the runtime's file error that a platform code of a failed file operation stands for: 53 for a missing file, 76 for
+/// a missing folder, 52 for a bad name, 70 for a locked file, 75 for one that must not be accessed so, 61 for a full disk,
+/// 57 for a device that fails, 7 for too little memory.
+[[noreturn]] void raise_file_error(DWORD code);
+
+/// Owns a file handle.
+class Handle {
+public:
+    explicit Handle(HANDLE handle = INVALID_HANDLE_VALUE) noexcept : handle_{handle} {}
+    Handle(Handle&& other) noexcept : handle_{std::exchange(other.handle_, INVALID_HANDLE_VALUE)} {}
+    Handle& operator=(Handle other) noexcept
+    {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    ~Handle() { close(); }
+
+    HANDLE get() const noexcept { return handle_; }
+    explicit operator bool() const noexcept { return handle_ != INVALID_HANDLE_VALUE; }
+    void close() noexcept
+    {
+        if (handle_ != INVALID_HANDLE_VALUE)
+            CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE));
+    }
+
+private:
+    HANDLE handle_;
+};
+
+/// A file that is read from its start on. Raises 7 for one that is too large for this process.
+class Input {
+public:
+    explicit Input(std::wstring_view path);
+
+    /// Reads the next bytes: `room` of them, less at the end only.
+    std::size_t read(char* bytes, std::size_t room);
+    /// Its size when it was opened; 0 for a device, which has none.
+    std::size_t size() const noexcept { return size_; }
+
+private:
+    Handle file_;
+    std::size_t size_ = 0;
+};
+
+/// The new content of a file, which becomes that when it is committed. Until then, and whenever an error is raised, the file
+/// is as it was.
+///
+/// It is written beside the old file and swapped in, which keeps the file's attributes. Only where that can't be done (a
+/// device, a folder that allows no new files) it is gathered in memory and written over the old one.
+class Output {
+public:
+    /// Raises at once when the file may not be written.
+    explicit Output(std::wstring_view path);
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    ~Output();
+
+    void write(std::string_view bytes);
+    void commit();
+
+private:
+    void create_beside(DWORD attributes);
+    bool swap_in();
+
+    std::wstring path_;
+    bool is_there_ = false;
+    bool is_device_ = false;
+    Handle beside_;
+    std::wstring name_beside_; ///< empty when there is no file beside
+    std::string gathered_;
+};
+
+/// All bytes of a file.
+std::string read_whole(std::wstring_view path);
+
+/// Gives a file this content, creating it if there is none.
+void write_whole(std::wstring_view path, std::string_view bytes);
+
+} // namespace files

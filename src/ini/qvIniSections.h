@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ini/list_object.h"
+#include "ini/qvIniSection.h"
+
+/// The sections of an INI file or the sub-sections of a section, in order.
+class qvIniSections final
+    : public ini::ListObject<qvIniSections, _qvIniSections, ini::Section, qvIniSection, _qvIniSection> {
+public:
+    using ListObject::ListObject;
+};
