@@ -3,46 +3,55 @@
 #include <algorithm>
 
 namespace automation {
-namespace {
 
-class ClassFactory final : public Helper<ClassFactory, IClassFactory> {
-public:
-    explicit ClassFactory(const Creator& creator) noexcept : creator_{creator} {}
+HRESULT STDMETHODCALLTYPE ClassFactory::QueryInterface(REFIID iid, void** object) noexcept
+{
+    if (!object)
+        return E_POINTER;
+    *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
+    if (!*object)
+        return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+}
 
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept override
-    try {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (outer)
-            return CLASS_E_NOAGGREGATION;
-        return creator_.create()->QueryInterface(iid, object);
-    } catch (...) {
-        return answer_exception();
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override
-    {
-        lock ? module::hold() : module::let_go();
-        return S_OK;
-    }
+ULONG STDMETHODCALLTYPE ClassFactory::AddRef() noexcept
+{
+    module::hold();
+    return 2;
+}
 
-private:
-    const Creator& creator_;
-};
+ULONG STDMETHODCALLTYPE ClassFactory::Release() noexcept
+{
+    module::let_go();
+    return 1;
+}
 
-} // namespace
-
-HRESULT get_class_object(std::span<const Creator> table, REFCLSID id, REFIID iid, void** object) noexcept
+HRESULT STDMETHODCALLTYPE ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept
 try {
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    const auto creator = std::ranges::find_if(table, [&](const Creator& entry) { return *entry.id == id; });
-    if (creator == table.end())
-        return CLASS_E_CLASSNOTAVAILABLE;
-    return Ref<ClassFactory>::adopt(new ClassFactory{*creator})->QueryInterface(iid, object);
+    if (outer)
+        return CLASS_E_NOAGGREGATION;
+    return create_()->QueryInterface(iid, object);
 } catch (...) {
     return answer_exception();
+}
+
+HRESULT STDMETHODCALLTYPE ClassFactory::LockServer(BOOL lock) noexcept
+{
+    lock ? module::hold() : module::let_go();
+    return S_OK;
+}
+
+HRESULT get_class_object(std::span<ClassFactory> table, REFCLSID id, REFIID iid, void** object) noexcept
+{
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    const auto factory = std::ranges::find_if(table, [&](const ClassFactory& entry) { return entry.id() == id; });
+    return factory == table.end() ? CLASS_E_CLASSNOTAVAILABLE : factory->QueryInterface(iid, object);
 }
 
 } // namespace automation

@@ -38,8 +38,13 @@ Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS&
     const DISPID id = find(object, member);
     Variant result;
     EXCEPINFO exception{};
-    const HRESULT outcome = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &arguments,
-                                           wants_result ? &result : nullptr, &exception, nullptr);
+    const auto try_as = [&](WORD use) {
+        return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, use, &arguments, wants_result ? &result : nullptr, &exception, nullptr);
+    };
+    HRESULT outcome = try_as(flags);
+    // Some script engines take a plain value's property for no method, and refuse to be asked for either.
+    if (FAILED(outcome) && outcome != DISP_E_EXCEPTION && (flags & DISPATCH_PROPERTYGET) && arguments.cArgs == 0)
+        outcome = try_as(DISPATCH_PROPERTYGET);
     if (outcome == DISP_E_EXCEPTION)
         raise(exception);
     if (outcome == DISP_E_MEMBERNOTFOUND || outcome == DISP_E_UNKNOWNNAME)

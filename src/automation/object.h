@@ -144,7 +144,7 @@ private:
     std::atomic<ULONG> references_{1};
 };
 
-/// An object of one interface that no client creates: an enumerator, a factory.
+/// An object of one interface that no client creates: an enumerator, say.
 template <class Derived, class Interface>
 class Helper : public Interface {
 public:

@@ -20,29 +20,29 @@
 #include "ui/qvToolTip.h"
 #include "ui/qvWindowProc.h"
 
-std::span<const automation::Creator> class_table() noexcept
+std::span<automation::ClassFactory> class_table() noexcept
 {
-    using automation::creator_of;
-    static const automation::Creator table[]{
-        creator_of<qvAPI>(),
-        creator_of<qvBitmap>(),
-        creator_of<qvCommon>(),
-        creator_of<qvFile>(),
-        creator_of<qvFile_Nif>(),
-        creator_of<qvFile_qvb>(),
-        creator_of<qvForm>(),
-        creator_of<qvIniFile>(),
-        creator_of<qvMath>(),
-        creator_of<qvPathDialog>(),
-        creator_of<qvPrinter>(),
-        creator_of<qvSave>(),
-        creator_of<qvScreen>(),
-        creator_of<qvSharedMemory>(),
-        creator_of<qvSyno>(),
-        creator_of<qvSystemColors>(),
-        creator_of<qvSystemMetrics>(),
-        creator_of<qvToolTip>(),
-        creator_of<qvWindowProc>(),
+    using automation::factory_of;
+    static automation::ClassFactory table[]{
+        factory_of<qvAPI>(),
+        factory_of<qvBitmap>(),
+        factory_of<qvCommon>(),
+        factory_of<qvFile>(),
+        factory_of<qvFile_Nif>(),
+        factory_of<qvFile_qvb>(),
+        factory_of<qvForm>(),
+        factory_of<qvIniFile>(),
+        factory_of<qvMath>(),
+        factory_of<qvPathDialog>(),
+        factory_of<qvPrinter>(),
+        factory_of<qvSave>(),
+        factory_of<qvScreen>(),
+        factory_of<qvSharedMemory>(),
+        factory_of<qvSyno>(),
+        factory_of<qvSystemColors>(),
+        factory_of<qvSystemMetrics>(),
+        factory_of<qvToolTip>(),
+        factory_of<qvWindowProc>(),
     };
     return table;
 }

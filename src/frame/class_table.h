@@ -5,4 +5,4 @@
 #include <span>
 
 /// The classes that clients can create.
-std::span<const automation::Creator> class_table() noexcept;
+std::span<automation::ClassFactory> class_table() noexcept;

@@ -58,7 +58,7 @@ TEST_F(Objects, TellTheirClass)
 
 TEST_F(Objects, AreMadeByTheFactoryOfTheirClass)
 {
-    const automation::Creator table[]{automation::creator_of<Specimen>()};
+    automation::ClassFactory table[]{automation::factory_of<Specimen>()};
     Ref<IClassFactory> factory;
     EXPECT_EQ(automation::get_class_object(table, IID_IDispatch, IID_IClassFactory, factory.put_void()), CLASS_E_CLASSNOTAVAILABLE);
     ASSERT_EQ(automation::get_class_object(table, __uuidof(Specimen), IID_IClassFactory, factory.put_void()), S_OK);
