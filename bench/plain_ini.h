@@ -19,11 +19,9 @@ inline std::string_view trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-/// Looks the section up once for its header, not for every line: the better of the plain ways.
-inline File load(const std::string& path)
+template <class Header, class Parameter>
+void read_lines(const std::string& path, const Header& header, const Parameter& parameter)
 {
-    File sections;
-    Section* section = &sections[""];
     std::ifstream file{path};
     std::string line;
     while (std::getline(file, line)) {
@@ -31,13 +29,32 @@ inline File load(const std::string& path)
         if (text.empty() || text.front() == ';')
             continue;
         if (text.front() == '[' && text.back() == ']') {
-            section = &sections[std::string{trimmed(text.substr(1, text.size() - 2))}];
+            header(trimmed(text.substr(1, text.size() - 2)));
             continue;
         }
         const std::size_t sign = text.find('=');
-        const std::string_view value = sign == text.npos ? std::string_view{} : text.substr(sign + 1);
-        (*section)[std::string{trimmed(text.substr(0, sign))}] = trimmed(value);
+        parameter(trimmed(text.substr(0, sign)), sign == text.npos ? std::string_view{} : trimmed(text.substr(sign + 1)));
     }
+}
+
+inline File load(const std::string& path)
+{
+    File sections;
+    std::string section;
+    read_lines(
+        path, [&](std::string_view name) { section = name; },
+        [&](std::string_view name, std::string_view value) { sections[section][std::string{name}] = value; });
+    return sections;
+}
+
+/// The same with the section looked up once for its header, not for every line.
+inline File load_keeping_section(const std::string& path)
+{
+    File sections;
+    Section* section = &sections[""];
+    read_lines(
+        path, [&](std::string_view name) { section = &sections[std::string{name}]; },
+        [&](std::string_view name, std::string_view value) { (*section)[std::string{name}] = value; });
     return sections;
 }
 

@@ -4,6 +4,7 @@
 
 #include <emmintrin.h>
 
+#include <algorithm>
 #include <bit>
 #include <memory>
 #include <string>
@@ -19,7 +20,7 @@ namespace {
 }
 
 /// Where a character stands first; npos if nowhere. Nearly all of a text is searched for the ends of its lines.
-std::size_t find_character(std::wstring_view text, wchar_t character) noexcept
+[[gnu::always_inline]] inline std::size_t find_character(std::wstring_view text, wchar_t character) noexcept
 {
     constexpr std::size_t step = 16 / sizeof(wchar_t);
     const __m128i wanted = sizeof(wchar_t) == 2 ? _mm_set1_epi16(static_cast<short>(character)) : _mm_set1_epi32(character);
@@ -355,8 +356,7 @@ private:
     void put(wchar_t part) noexcept { *end_++ = part; }
     void put(std::wstring_view part) noexcept
     {
-        copy_characters(end_, part);
-        end_ += part.size();
+        end_ = std::ranges::copy(part, end_).out;
     }
 
     /// A line that is longer than the buffer.

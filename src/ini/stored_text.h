@@ -10,27 +10,6 @@
 
 namespace ini {
 
-/// Copies a text that is mostly a few characters long, which is what calling memcpy costs most for.
-inline void copy_characters(wchar_t* to, std::wstring_view text) noexcept
-{
-    constexpr std::size_t step = 16 / sizeof(wchar_t);
-    const wchar_t* const from = text.data();
-    const std::size_t size = text.size();
-    if (size >= step && size <= 16 * step) {
-        for (std::size_t done = 0; done + step < size; done += step)
-            std::memcpy(to + done, from + done, 16);
-        std::memcpy(to + size - step, from + size - step, 16);
-        return;
-    }
-    if (size >= step / 2 && size < step) {
-        std::memcpy(to, from, 8);
-        std::memcpy(to + size - step / 2, from + size - step / 2, 8);
-        return;
-    }
-    if (size != 0)
-        std::memcpy(to, from, size * sizeof(wchar_t));
-}
-
 /// A text that lies in an arena or owns its characters, in the space of a pointer and a length.
 class StoredText {
 public:
@@ -51,7 +30,7 @@ public:
         StoredText copy;
         copy.characters_ = static_cast<wchar_t*>(memory);
         copy.size_and_owner_ = static_cast<std::uint32_t>(text.size());
-        copy_characters(copy.characters_, text);
+        text.copy(copy.characters_, text.size());
         return copy;
     }
     /// The memory that a text takes. Raises what memory running out raises for one that is too long.

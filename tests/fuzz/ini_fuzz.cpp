@@ -53,10 +53,20 @@ bool survives(const ini::Section& section)
     return true;
 }
 
-void check_round_trip(std::wstring_view text, bool hide_comments)
+void check_round_trip(std::wstring_view text, bool hide_comments, std::size_t piece)
 {
     const auto root = ini::Section::create();
     ini::read(*root, text, hide_comments);
+    const auto in_pieces = ini::Section::create();
+    std::wstring_view rest = text;
+    const auto next_piece = [&] {
+        const std::wstring_view next = rest.substr(0, piece);
+        rest.remove_prefix(next.size());
+        return next;
+    };
+    ini::read(*in_pieces, next_piece, hide_comments);
+    fuzz_require(ini::outline(*in_pieces) == ini::outline(*root), "the text in pieces is another tree");
+
     const std::wstring once = ini::written(*root);
     const auto again = ini::Section::create();
     ini::read(*again, once, hide_comments);
@@ -100,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::wstring text(data + 3, data + size);
     for (const bool hide_comments : {false, true}) {
         try {
-            check_round_trip(text, hide_comments);
+            check_round_trip(text, hide_comments, 1 + data[2] % 16u);
         } catch (const automation::Error& error) {
             fuzz_require(error.number() == 28, "an error that no text raises");
         }

@@ -51,6 +51,22 @@ TEST(IniReading, LinesEndAtCarriageReturns)
     EXPECT_EQ(loaded(nuls), (std::wstring{L"\0a\0=\0;\0=;", 9}));
 }
 
+TEST(IniReading, TextComesInPieces)
+{
+    const std::wstring_view text = L"a=1\r\n\r\r\n[S]\nx\rbb = 2\r\n";
+    for (std::size_t size = 1; size <= text.size(); ++size) {
+        const auto root = Section::create();
+        std::wstring_view rest = text;
+        const auto next_piece = [&] {
+            const std::wstring_view next = rest.substr(0, size);
+            rest.remove_prefix(next.size());
+            return next;
+        };
+        read(*root, next_piece, false);
+        EXPECT_EQ(outline(*root), L"a=1;[S]\nx=;bb=2;") << "pieces of " << size;
+    }
+}
+
 TEST(IniReading, Headers)
 {
     EXPECT_EQ(loaded(L"[ Main ]\ra=1\r[Other]\rb=2"), L"[Main]{a=1;}[Other]{b=2;}");
