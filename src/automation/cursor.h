@@ -30,6 +30,7 @@ public:
     Cursors(const Cursors&) = delete;
     Cursors& operator=(const Cursors&) = delete;
 
+    bool empty() const noexcept { return !first_; }
     void inserted(std::size_t position) noexcept
     {
         for (Cursor* cursor = first_; cursor; cursor = cursor->following_)

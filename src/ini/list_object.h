@@ -39,17 +39,14 @@ public:
             Item* const item = key ? list_->find_key(*key) : &item_at(index);
             if (!item)
                 throw automation::Error{automation::Runtime::InvalidCall};
-            if (enumerated_)
+            if (!cursors_.empty())
                 cursors_.removed(list_->position_of(*item));
             list_->remove(*item);
         });
     }
     HRESULT STDMETHODCALLTYPE NewEnum(IUnknown** result) noexcept final
     {
-        return automation::answer(result, [&] {
-            enumerated_ = true;
-            return automation::make_enumerator(*this->unknown(), *this);
-        });
+        return automation::answer(result, [&] { return automation::make_enumerator(*this->unknown(), *this); });
     }
 
 private:
@@ -64,7 +61,6 @@ private:
 
     Face<Derived, NamedList<Item>> list_;
     automation::Cursors cursors_; ///< items come in at the end only, so that removals are all they must hear of
-    bool enumerated_ = false;
 };
 
 } // namespace ini
