@@ -103,6 +103,9 @@ Parameter parameter_of(ITypeInfo& info, const ELEMDESC& element, BSTR name)
     else if (parameter.type == VT_VARIANT) {
         parameter.value_if_omitted.vt = VT_ERROR;
         parameter.value_if_omitted.scode = DISP_E_PARAMNOTFOUND;
+    } else {
+        parameter.value_if_omitted.llVal = 0; // an empty text, zero, nothing
+        parameter.value_if_omitted.vt = parameter.type;
     }
     return parameter;
 }

@@ -189,10 +189,7 @@ Ref<Derived> make(Arguments&&... arguments)
 template <class Derived>
 Ref<Derived> own(IUnknown* object) noexcept
 {
-    Ref<Derived> found;
-    if (object)
-        object->QueryInterface(__uuidof(Derived), found.put_void());
-    return found;
+    return query<Derived>(object);
 }
 
 } // namespace automation

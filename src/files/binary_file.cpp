@@ -21,7 +21,8 @@ std::wstring checked(std::wstring_view path)
 HANDLE open(const std::wstring& path, DWORD access, DWORD disposition) noexcept
 {
     constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
-    return CreateFileW(path.c_str(), access, shared, nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    constexpr DWORD kind = FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN;
+    return CreateFileW(path.c_str(), access, shared, nullptr, disposition, kind, nullptr);
 }
 
 Handle open_for_both(const std::wstring& path)
@@ -89,7 +90,8 @@ void BinaryFile::write(std::string_view bytes)
     drop_read_ahead();
     while (!bytes.empty()) {
         DWORD written = 0;
-        if (!WriteFile(file_.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), largest_transfer)), &written, nullptr))
+        const auto part = static_cast<DWORD>(std::min(bytes.size(), largest_transfer));
+        if (!WriteFile(file_.get(), bytes.data(), part, &written, nullptr))
             raise_file_error(GetLastError());
         if (written == 0)
             raise_file_error(ERROR_DISK_FULL);
@@ -132,7 +134,9 @@ void remove_file(std::wstring_view path)
 
 bool is_normal_file(std::wstring_view path)
 {
-    const DWORD attributes = path.find(L'\0') == path.npos ? GetFileAttributesW(std::wstring{path}.c_str()) : INVALID_FILE_ATTRIBUTES;
+    if (path.find(L'\0') != path.npos)
+        return false;
+    const DWORD attributes = GetFileAttributesW(std::wstring{path}.c_str());
     constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & others);
 }

@@ -25,4 +25,16 @@ public:
     HRESULT STDMETHODCALLTYPE ExistsInCol(IDispatch* Col, VARIANT Key, VARIANT_BOOL bolAsObject, VARIANT_BOOL* result) noexcept override;
     HRESULT STDMETHODCALLTYPE ObjTest(IDispatch* obj, VARIANT_BOOL* result) noexcept override;
     HRESULT STDMETHODCALLTYPE GetShortText(long lhDc, BSTR s, long Length, long lStyle, BSTR* result) noexcept override;
+
+    // src/numeric/qvCommon_arrays.cpp
+    HRESULT STDMETHODCALLTYPE BoundTest(VARIANT* V, VARIANT_BOOL* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE ArrayDim(VARIANT* vArray, long* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Sort(VARIANT* x, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE SortSpecial(VARIANT* vData, long Col, VARIANT_BOOL fSortTranposed,
+                                          VARIANT_BOOL* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE MinMax(VARIANT V, VARIANT_BOOL fTrnsps, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Min(VARIANT V, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE max(VARIANT V, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE AbsMin(VARIANT V, VARIANT* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE AbsMax(VARIANT V, VARIANT* result) noexcept override;
 };

@@ -1,0 +1,111 @@
+// The headers and the names by the numbers of open files, which no client can open.
+#include "datafiles/data_file.h"
+
+#include "automation/error.h"
+#include "datafiles/CFileInfoHeader.h"
+#include "datafiles/CFile_sNames.h"
+#include "support/client.h"
+
+#include <limits>
+#include <thread>
+
+using automation::make;
+using automation::Variant;
+using namespace std::string_literals;
+
+namespace {
+
+constexpr HRESULT runtime_error = static_cast<HRESULT>(0x800A0000);
+
+int error_of_number(std::int32_t number)
+{
+    try {
+        DataFile::with_number(number);
+        return 0;
+    } catch (const automation::Error& error) {
+        return error.number();
+    }
+}
+
+class DataFiles : public testing::Test {
+protected:
+    client::Folder folder;
+    std::wstring path = folder.file(L"a");
+};
+
+} // namespace
+
+TEST_F(DataFiles, HaveTheLowestNumberThatIsFreeInTheirThread)
+{
+    auto first = std::make_unique<DataFile>(path);
+    DataFile second{folder.file(L"b")};
+    EXPECT_EQ(first->number(), 1);
+    EXPECT_EQ(second.number(), 2);
+    EXPECT_EQ(&DataFile::with_number(2), &second);
+    std::thread{[&] {
+        EXPECT_EQ(error_of_number(1), 52);
+        EXPECT_EQ(DataFile{folder.file(L"c")}.number(), 1);
+    }}.join();
+    first = nullptr;
+    EXPECT_EQ(error_of_number(1), 52);
+    EXPECT_EQ(DataFile{path}.number(), 1);
+    for (const std::int32_t number : {0, -1, 3, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min()})
+        EXPECT_EQ(error_of_number(number), 52);
+}
+
+TEST_F(DataFiles, HeadersAreWrittenAndReadWhereTheFileStands)
+{
+    const auto header = make<CFileInfoHeader>(3, "kind"), other = make<CFileInfoHeader>();
+    {
+        DataFile file{path};
+        file.write("before");
+        EXPECT_EQ(header->Save(file.number()), S_OK);
+        file.write("behind");
+    }
+    {
+        DataFile file{path};
+        char start[6];
+        file.read(start, sizeof start);
+        EXPECT_EQ(other->Load(file.number()), S_OK);
+        EXPECT_EQ(file.left(), 6u);
+        file.write("BEHIND"); // goes where the reading has come to
+        EXPECT_EQ(file.left(), 0u);
+        long version = 0;
+        EXPECT_EQ(other->get_Version(&version), S_OK);
+        EXPECT_EQ(version, 3);
+    }
+    const std::string bytes = client::Folder::read(path);
+    EXPECT_TRUE(bytes.starts_with("before\3\0\0\0\4\0\0\0kind\3\0\0\0\7\0\0\0Authors"s));
+    EXPECT_TRUE(bytes.ends_with("BEHIND"));
+}
+
+TEST_F(DataFiles, NamesTakeEveryArrayOfOneDimension)
+{
+    SAFEARRAYBOUND bound{3, 5};
+    Variant names;
+    names.vt = VT_ARRAY | VT_VARIANT;
+    names.parray = SafeArrayCreate(VT_VARIANT, 1, &bound);
+    auto* const elements = static_cast<VARIANT*>(names.parray->pvData);
+    elements[0] = Variant{std::wstring_view{L" x "}}.release();
+    elements[1] = Variant{12.0}.release();
+    const auto written = make<CFile_sNames>(), read = make<CFile_sNames>();
+    {
+        DataFile file{path};
+        EXPECT_EQ(written->Save(file.number()), runtime_error + 13) << "no names yet";
+        EXPECT_EQ(written->put_Names(names), S_OK);
+        EXPECT_EQ(written->Save(file.number()), S_OK);
+    }
+    EXPECT_EQ(client::Folder::read(path), "\3\0\0\0\3\0\0\0 x \2\0\0\00012\0\0\0\0"s);
+
+    DataFile file{path};
+    EXPECT_EQ(read->Load(file.number()), S_OK);
+    EXPECT_EQ(read->Load(file.number()), runtime_error + 62) << "the names before stay";
+    Variant result;
+    EXPECT_EQ(read->get_Names(&result), S_OK);
+    ASSERT_EQ(result.vt, VT_ARRAY | VT_VARIANT) << "an array that scripts can index";
+    EXPECT_EQ(result.parray->rgsabound[0].lLbound, 0);
+    ASSERT_EQ(result.parray->rgsabound[0].cElements, 3u);
+    const auto* const texts = static_cast<const VARIANT*>(result.parray->pvData);
+    EXPECT_STREQ(texts[0].bstrVal, L"x");
+    EXPECT_STREQ(texts[1].bstrVal, L"12");
+}
