@@ -1,0 +1,107 @@
+// How long sorting through the class takes beside std::stable_sort on the same elements with the same comparison.
+#include "stopwatch.h"
+
+#include "automation/safe_array.h"
+#include "frame/qvCommon.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+using automation::Ref;
+using automation::Text;
+using automation::Variant;
+
+namespace {
+
+constexpr int rounds = 5;
+
+void sort_by_class(_qvCommon& common, Variant& array)
+{
+    Variant result;
+    if (FAILED(common.Sort(&array, &result)))
+        std::abort();
+}
+
+/// The ratio for elements of a number type, each round on the same numbers in the same disorder.
+template <class Number>
+double ratio(_qvCommon& common, VARTYPE type, const std::vector<Number>& numbers)
+{
+    Best ours, plain;
+    Variant array = automation::new_array(type, numbers.size());
+    for (int round = 0; round < rounds; ++round) {
+        std::ranges::copy(numbers, automation::LockedArray<Number>{array.parray}.begin());
+        ours.take([&] { sort_by_class(common, array); });
+        std::vector<Number> sorted = numbers;
+        plain.take([&] { std::ranges::stable_sort(sorted); });
+        if (!std::ranges::equal(sorted, automation::LockedArray<Number>{array.parray}))
+            std::abort();
+    }
+    return ours.seconds() / plain.seconds();
+}
+
+bool text_less(BSTR left, BSTR right)
+{
+    return VarBstrCmp(left, right, LOCALE_USER_DEFAULT, NORM_IGNORECASE) == VARCMP_LT;
+}
+
+double ratio_of_texts(_qvCommon& common, std::vector<Text>& texts)
+{
+    Best ours, plain;
+    std::vector<BSTR> pointers;
+    for (const Text& text : texts)
+        pointers.push_back(text.get());
+    Variant array = automation::new_array(VT_BSTR, pointers.size());
+    for (int round = 0; round < rounds; ++round) {
+        std::ranges::copy(pointers, automation::LockedArray<BSTR>{array.parray}.begin()); // lent
+        ours.take([&] { sort_by_class(common, array); });
+        std::vector<BSTR> sorted = pointers;
+        plain.take([&] { std::ranges::stable_sort(sorted, text_less); });
+        if (!std::ranges::equal(sorted, automation::LockedArray<BSTR>{array.parray}))
+            std::abort();
+    }
+    std::ranges::fill(automation::LockedArray<BSTR>{array.parray}, nullptr);
+    return ours.seconds() / plain.seconds();
+}
+
+/// Variants of Double, as scripts have them, beside bare Doubles.
+double ratio_of_variants(_qvCommon& common, const std::vector<double>& numbers)
+{
+    Best ours, plain;
+    Variant array = automation::new_array(VT_VARIANT, numbers.size());
+    for (int round = 0; round < rounds; ++round) {
+        std::ranges::transform(numbers, automation::LockedArray<VARIANT>{array.parray}.begin(),
+                               [](double number) { return Variant{number}.release(); });
+        ours.take([&] { sort_by_class(common, array); });
+        std::vector<double> sorted = numbers;
+        plain.take([&] { std::ranges::stable_sort(sorted); });
+    }
+    return ours.seconds() / plain.seconds();
+}
+
+} // namespace
+
+int main()
+{
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    const auto common = automation::make<qvCommon>();
+    std::mt19937 random{1};
+    std::vector<double> doubles(1000000);
+    std::ranges::generate(doubles, [&] { return std::uniform_real_distribution{-1e6, 1e6}(random); });
+    std::vector<LONG> longs(1000000);
+    std::ranges::generate(longs, [&] { return static_cast<LONG>(random()); });
+    std::vector<Text> texts(200000);
+    std::ranges::generate(texts, [&] {
+        std::wstring text(3 + random() % 10, L' ');
+        std::ranges::generate(text, [&] { return L"abcdeABCDE\u00e4\u00c4 -1"[random() % 15]; });
+        return Text{text};
+    });
+
+    std::printf("1,000,000 Doubles:            %.2f of std::stable_sort (bar 1.5)\n", ratio(*common, VT_R8, doubles));
+    std::printf("1,000,000 Longs:              %.2f of std::stable_sort (bar 1.5)\n", ratio(*common, VT_I4, longs));
+    std::printf("200,000 texts:                %.2f of std::stable_sort with the same comparison (bar 1.5)\n",
+                ratio_of_texts(*common, texts));
+    std::printf("1,000,000 variants of Double: %.2f of std::stable_sort of Doubles\n", ratio_of_variants(*common, doubles));
+}
