@@ -42,10 +42,33 @@ WScript.Echo "    Error " & Err.Number & " from " & Err.Source & ": " & Err.Desc
 Err.Clear
 On Error GoTo 0
 
-Title "A message box for the user, in German and in English"
-common.qvIsNumeric "twelve", True, "Deutsch"
+Title "A matrix in a file, and back"
+Dim matrix(2, 3), row, column, file, sizes, readBack
+For row = 0 To 2
+    For column = 0 To 3
+        matrix(row, column) = (row + 1) * 10 + column / 4
+    Next
+Next
+Set file = CreateObject("qvObjects.qvFile_qvb")
+file.File = savedFile & ".qvb"
+file.ObjNames = Array("Nord", "Süd", "West")
+file.WriteFile matrix
+file.LBoundAll = 1 ' the array that is read counts from 1
+file.ReadFile readBack
+Set sizes = file.FileQVBHeader
+WScript.Echo "    " & sizes.MCount & " objects with " & sizes.x & " features, from " & common.Min(readBack) & " to " & common.max(readBack)
+ShowMatrix readBack, sizes.MCount, sizes.x
+
+Title "An error in German, and in English"
+On Error Resume Next
+file.WriteFile "no matrix"
+WScript.Echo "    " & Replace(Err.Description, vbCrLf, vbCrLf & "    ")
+Err.Clear
 common.qvObjectsInit "Language", 1
-common.qvIsNumeric "twelve", True, "English"
+file.WriteFile "no matrix"
+WScript.Echo "    " & Replace(Err.Description, vbCrLf, vbCrLf & "    ")
+Err.Clear
+On Error GoTo 0
 
 WScript.Echo ""
 WScript.Echo "End of the tour."
@@ -78,4 +101,18 @@ Sub ShowFile(name)
         WScript.Echo "    | " & file.ReadLine
     Loop
     file.Close
+End Sub
+
+' Scripts can't index an array of Doubles themselves; a table that takes it gives its values.
+Sub ShowMatrix(matrix, rows, columns)
+    Dim table, row, column, line
+    Set table = CreateObject("qvObjects.qvFile_Nif")
+    table.SetValues matrix
+    For row = 1 To rows
+        line = "   "
+        For column = 1 To columns
+            line = line & " " & table.Value(row, column)
+        Next
+        WScript.Echo line
+    Next
 End Sub
