@@ -3,7 +3,7 @@
 #include "plain_ini.h"
 #include "stopwatch.h"
 
-#include "files/code_page.h"
+#include "automation/code_page.h"
 #include "files/file.h"
 #include "files/text_file.h"
 #include "ini/ini_format.h"
@@ -71,7 +71,7 @@ void loading_and_saving()
     files::write_whole(paths.ours, text);
     files::write_whole(L"ini_bench_plain.ini", text);
     const double megabytes = static_cast<double>(text.size()) / 1e6;
-    const std::wstring wide = files::decode(text);
+    const std::wstring wide = automation::decode(text);
 
     Best read, load_all, compose, save_all, move_bytes, plain_load, keeping_load, plain_save, release, plain_release;
     for (int round = 0; round < rounds; ++round) {

@@ -86,4 +86,15 @@ void put(IDispatch* object, const wchar_t* member, const Variant& value)
     invoke(object, member, is_object ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, parameters, false);
 }
 
+Variant default_value(IUnknown* object)
+{
+    const auto dispatch = query<IDispatch>(object);
+    DISPPARAMS none{};
+    Variant value;
+    if (!dispatch || FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                             &none, &value, nullptr, nullptr)))
+        throw Error{Runtime::TypeMismatch};
+    return value;
+}
+
 } // namespace automation

@@ -17,4 +17,7 @@ void call(IDispatch* object, const wchar_t* member, std::initializer_list<Varian
 /// Sets a property to a value, or to an object as `Set` does.
 void put(IDispatch* object, const wchar_t* member, const Variant& value);
 
+/// What an object stands for where a value is wanted: its default member. Raises 13 when it has none.
+Variant default_value(IUnknown* object);
+
 } // namespace automation

@@ -1,6 +1,6 @@
 #include "datafiles/CFileInfoHeader.h"
 
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
 #include <array>
 #include <string>
@@ -31,7 +31,7 @@ std::string now()
         return GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &time, nullptr, buffer, size);
     });
     std::string bytes;
-    files::append_encoded(bytes, date_text + L"  " + time_text);
+    automation::append_encoded(bytes, date_text + L"  " + time_text);
     return bytes;
 }
 
@@ -67,17 +67,17 @@ HRESULT CFileInfoHeader::Save(long lFile) noexcept
 
 HRESULT CFileInfoHeader::get_ID_NIF(BSTR* result) noexcept
 {
-    return answer(result, [] { return files::decode(qvb::ID_NIF); });
+    return answer(result, [] { return automation::decode(qvb::ID_NIF); });
 }
 
 HRESULT CFileInfoHeader::get_ID_QVD(BSTR* result) noexcept
 {
-    return answer(result, [] { return files::decode(qvb::ID_QVD); });
+    return answer(result, [] { return automation::decode(qvb::ID_QVD); });
 }
 
 HRESULT CFileInfoHeader::get_ID_QVB(BSTR* result) noexcept
 {
-    return answer(result, [] { return files::decode(qvb::ID_QVB); });
+    return answer(result, [] { return automation::decode(qvb::ID_QVB); });
 }
 
 HRESULT CFileInfoHeader::put_Version(long value) noexcept
@@ -94,12 +94,12 @@ HRESULT CFileInfoHeader::put_FileType(BSTR value) noexcept
 {
     return answer([&] {
         std::string bytes;
-        files::append_encoded(bytes, view(value));
+        automation::append_encoded(bytes, view(value));
         header_.file_type = std::move(bytes);
     });
 }
 
 HRESULT CFileInfoHeader::get_FileType(BSTR* result) noexcept
 {
-    return answer(result, [&] { return files::decode(header_.file_type); });
+    return answer(result, [&] { return automation::decode(header_.file_type); });
 }

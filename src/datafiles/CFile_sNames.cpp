@@ -1,6 +1,6 @@
 #include "datafiles/CFile_sNames.h"
 
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
 #include <string>
 #include <vector>
@@ -24,7 +24,7 @@ void CFile_sNames::load(DataFile& file)
     {
         const LockedArray<VARIANT> elements{names.parray};
         for (std::size_t i = 0; i < read.size(); ++i)
-            elements[i] = Variant{std::wstring_view{files::decode(read[i])}}.release();
+            elements[i] = Variant{std::wstring_view{automation::decode(read[i])}}.release();
     }
     names_ = std::move(names);
 }
@@ -40,7 +40,7 @@ void CFile_sNames::save(DataFile& file) const
     const LockedArray<BSTR> names{converted.parray};
     std::vector<std::string> encoded(names.size());
     for (std::size_t i = 0; i < encoded.size(); ++i)
-        files::append_encoded(encoded[i], view(names[i]));
+        automation::append_encoded(encoded[i], view(names[i]));
     file.write(qvb::bytes_of(encoded));
 }
 

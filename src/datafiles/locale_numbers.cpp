@@ -1,7 +1,7 @@
 #include "datafiles/locale_numbers.h"
 
 #include "automation/border.h"
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,7 +19,7 @@ automation::Text text_of(double number)
 std::string encoded(std::wstring_view text)
 {
     std::string bytes;
-    files::append_encoded(bytes, text);
+    automation::append_encoded(bytes, text);
     return bytes;
 }
 
@@ -82,7 +82,7 @@ void LocaleNumbers::append(std::string& bytes, double number) const
 {
     DecimalDigits digits;
     if (!knows_plain_ || !round_to_digits(number, digits) || !is_known(digits)) {
-        files::append_encoded(bytes, text_of(number));
+        automation::append_encoded(bytes, text_of(number));
         return;
     }
     char text[longest_number + longest_point];

@@ -3,7 +3,7 @@
 #include "datafiles/locale_numbers.h"
 #include "datafiles/nif_format.h"
 #include "files/binary_file.h"
-#include "files/code_page.h"
+#include "automation/code_page.h"
 #include "frame/MErrors.h"
 
 #include <algorithm>
@@ -87,13 +87,13 @@ void replace(BSTR& name, std::wstring_view text)
 
 std::int32_t to_long(std::string_view text)
 {
-    return automation::converted(Variant{std::wstring_view{files::decode(text)}}, VT_I4).lVal;
+    return automation::converted(Variant{std::wstring_view{automation::decode(text)}}, VT_I4).lVal;
 }
 
 std::string encoded(std::wstring_view text)
 {
     std::string bytes;
-    files::append_encoded(bytes, text);
+    automation::append_encoded(bytes, text);
     return bytes;
 }
 
@@ -165,7 +165,7 @@ void qvFile_Nif::load()
 void qvFile_Nif::read(nif::Reader& reader)
 {
     reader.read_sizes(m_, n_);
-    description_ = files::decode(reader.read_description());
+    description_ = automation::decode(reader.read_description());
     reader.skip_to_objects();
     if (!reader.can_hold(m_, n_)) {
         values_ = Variant{}; // the table before is gone in any case
@@ -174,7 +174,7 @@ void qvFile_Nif::read(nif::Reader& reader)
     }
     set_size(m_, n_);
     for (std::int32_t i = 1; i <= m_; ++i) {
-        replace(name_at(names_, i), files::decode(reader.read_name()));
+        replace(name_at(names_, i), automation::decode(reader.read_name()));
         reader.read_values(n_, &value_at(values_, i, 1), distance_of_columns(values_));
     }
 }
@@ -197,7 +197,7 @@ void qvFile_Nif::save() const
     const auto [highest, lowest] = range_of(values_);
     std::string text = nif::header_lines(m_, n_, text_of(numbers, highest), text_of(numbers, lowest), encoded(description_));
     for (std::int32_t i = 1; i <= m_; ++i) {
-        files::append_encoded(text, view(name_at(names_, i)));
+        automation::append_encoded(text, view(name_at(names_, i)));
         text += nif::line_end;
         const double* value = &value_at(values_, i, 1);
         const std::size_t distance = distance_of_columns(values_);

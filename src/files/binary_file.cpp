@@ -9,14 +9,6 @@ namespace files {
 namespace {
 
 constexpr std::size_t read_ahead = 1 << 14;
-constexpr std::size_t largest_transfer = 1 << 28;
-
-std::wstring checked(std::wstring_view path)
-{
-    if (path.find(L'\0') != path.npos)
-        throw automation::Error{automation::Runtime::BadFileNumber};
-    return std::wstring{path};
-}
 
 HANDLE open(const std::wstring& path, DWORD access, DWORD disposition) noexcept
 {
@@ -38,22 +30,6 @@ Handle open_for_both(const std::wstring& path)
     return file;
 }
 
-/// Reads from where the file stands; less than `size` bytes only at its end.
-std::size_t read_some(const Handle& file, char* bytes, std::size_t size)
-{
-    std::size_t done = 0;
-    while (done < size) {
-        DWORD got = 0;
-        const auto part = static_cast<DWORD>(std::min(size - done, largest_transfer));
-        if (!ReadFile(file.get(), bytes + done, part, &got, nullptr))
-            raise_file_error(GetLastError());
-        if (got == 0)
-            break;
-        done += got;
-    }
-    return done;
-}
-
 } // namespace
 
 BinaryFile::BinaryFile(std::wstring_view path) : file_{open_for_both(checked(path))}
@@ -72,12 +48,12 @@ void BinaryFile::read(void* bytes, std::size_t size)
     std::size_t missing = size - take_read_ahead(next, size);
     next += size - missing;
     if (missing >= read_ahead) {
-        missing -= read_some(file_, next, missing);
+        missing -= files::read(file_, next, missing);
     } else if (missing > 0) {
         if (!ahead_)
             ahead_ = std::make_unique_for_overwrite<char[]>(read_ahead);
         ahead_next_ = ahead_end_ = 0;
-        ahead_end_ = read_some(file_, ahead_.get(), read_ahead);
+        ahead_end_ = files::read(file_, ahead_.get(), read_ahead);
         missing -= take_read_ahead(next, missing);
     }
     if (missing > 0) // someone else has cut the file meanwhile
@@ -88,17 +64,9 @@ void BinaryFile::read(void* bytes, std::size_t size)
 void BinaryFile::write(std::string_view bytes)
 {
     drop_read_ahead();
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        const auto part = static_cast<DWORD>(std::min(bytes.size(), largest_transfer));
-        if (!WriteFile(file_.get(), bytes.data(), part, &written, nullptr))
-            raise_file_error(GetLastError());
-        if (written == 0)
-            raise_file_error(ERROR_DISK_FULL);
-        bytes.remove_prefix(written);
-        position_ += written;
-        end_ = std::max(end_, position_);
-    }
+    files::write(file_, bytes);
+    position_ += bytes.size();
+    end_ = std::max(end_, position_);
 }
 
 std::size_t BinaryFile::take_read_ahead(char* bytes, std::size_t size) noexcept

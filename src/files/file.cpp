@@ -12,7 +12,7 @@ namespace {
 using automation::Error;
 using automation::Runtime;
 
-constexpr std::size_t largest_transfer = 1 << 26;
+constexpr std::size_t largest_transfer = 1 << 28;
 constexpr DWORD disk_quota_exceeded = 1295; // ERROR_DISK_QUOTA_EXCEEDED, which not every header has
 
 [[noreturn]] void raise_last_error()
@@ -24,13 +24,6 @@ void require(bool done)
 {
     if (!done)
         raise_last_error();
-}
-
-std::wstring checked(std::wstring_view path)
-{
-    if (path.find(L'\0') != path.npos)
-        throw Error{Runtime::BadFileNumber};
-    return std::wstring{path};
 }
 
 /// Others may go on reading and writing the file.
@@ -52,33 +45,6 @@ std::size_t size_of(const Handle& file)
     if (size.QuadPart > 0x7FFFFFFF)
         throw Error{Runtime::OutOfMemory};
     return static_cast<std::size_t>(size.QuadPart);
-}
-
-/// Reads from where the file stands; less than `size` bytes only at its end.
-std::size_t read(const Handle& file, char* bytes, std::size_t size)
-{
-    std::size_t done = 0;
-    while (done < size) {
-        DWORD got = 0;
-        const auto part = static_cast<DWORD>(std::min(size - done, largest_transfer));
-        // A pipe ends by breaking.
-        require(ReadFile(file.get(), bytes + done, part, &got, nullptr) || GetLastError() == ERROR_BROKEN_PIPE);
-        if (got == 0)
-            break;
-        done += got;
-    }
-    return done;
-}
-
-void write(const Handle& file, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        require(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), largest_transfer)), &written, nullptr));
-        if (written == 0)
-            raise_file_error(ERROR_DISK_FULL);
-        bytes.remove_prefix(written);
-    }
 }
 
 bool go_to(const Handle& file, std::size_t position) noexcept
@@ -139,6 +105,39 @@ void write_over(const std::wstring& path, std::string_view bytes)
 }
 
 } // namespace
+
+std::wstring checked(std::wstring_view path)
+{
+    if (path.find(L'\0') != path.npos)
+        throw Error{Runtime::BadFileNumber};
+    return std::wstring{path};
+}
+
+std::size_t read(const Handle& file, char* bytes, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        DWORD got = 0;
+        const auto part = static_cast<DWORD>(std::min(size - done, largest_transfer));
+        // A pipe ends by breaking.
+        require(ReadFile(file.get(), bytes + done, part, &got, nullptr) || GetLastError() == ERROR_BROKEN_PIPE);
+        if (got == 0)
+            break;
+        done += got;
+    }
+    return done;
+}
+
+void write(const Handle& file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        require(WriteFile(file.get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), largest_transfer)), &written, nullptr));
+        if (written == 0)
+            raise_file_error(ERROR_DISK_FULL);
+        bytes.remove_prefix(written);
+    }
+}
 
 void raise_file_error(DWORD code)
 {

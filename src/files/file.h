@@ -39,6 +39,15 @@ private:
     HANDLE handle_;
 };
 
+/// The path as the platform takes it. Raises 52 for one that holds a NUL.
+std::wstring checked(std::wstring_view path);
+
+/// Reads from where the file stands; less than `size` bytes only at its end.
+std::size_t read(const Handle& file, char* bytes, std::size_t size);
+
+/// Writes all bytes where the file stands, or raises why it can't.
+void write(const Handle& file, std::string_view bytes);
+
 /// A file that is read from its start on. Raises 7 for one that is too large for this process.
 class Input {
 public:

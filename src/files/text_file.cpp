@@ -1,6 +1,6 @@
 #include "files/text_file.h"
 
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
 namespace files {
 namespace {
@@ -16,7 +16,7 @@ std::wstring_view TextInput::next()
     for (;;) {
         const std::size_t got = file_.read(bytes_.data() + held_, bytes_.size() - held_);
         const std::string_view bytes{bytes_.data(), held_ + got};
-        const std::size_t whole = got == 0 ? bytes.size() : whole_characters(bytes);
+        const std::size_t whole = got == 0 ? bytes.size() : automation::whole_characters(bytes);
         if (whole == 0 && got != 0) {
             held_ = bytes.size();
             bytes_.resize(bytes_.size() * 2);
@@ -24,7 +24,7 @@ std::wstring_view TextInput::next()
         }
         if (text_.size() < whole)
             text_.resize(bytes_.size());
-        const std::size_t length = decode(bytes.substr(0, whole), text_.data());
+        const std::size_t length = automation::decode(bytes.substr(0, whole), text_.data());
         held_ = bytes.size() - whole;
         bytes.copy(bytes_.data(), held_, whole);
         return {text_.data(), length};
@@ -34,7 +34,7 @@ std::wstring_view TextInput::next()
 void TextOutput::write(std::wstring_view text)
 {
     bytes_.clear();
-    append_encoded(bytes_, text);
+    automation::append_encoded(bytes_, text);
     file_.write(bytes_);
 }
 

@@ -1,5 +1,6 @@
 #include "frame/MErrors.h"
 
+#include "automation/code_page.h"
 #include "automation/error.h"
 #include "automation/module.h"
 #include "frame/messages.h"
@@ -13,14 +14,6 @@ namespace {
 thread_local auto language = messages::Language::German;
 
 constexpr std::int32_t windows_base = ToObjectError(29000);
-
-std::wstring from_code_page(const char* text, DWORD length)
-{
-    std::wstring wide(length, L'\0');
-    const int written = MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(length), wide.data(), static_cast<int>(length));
-    wide.resize(static_cast<std::size_t>(written));
-    return wide;
-}
 
 } // namespace
 
@@ -39,7 +32,7 @@ std::wstring GetSystemErrorText(std::int32_t code)
     std::array<char, 256> buffer;
     const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                         static_cast<DWORD>(code), 0, buffer.data(), buffer.size(), nullptr);
-    return length ? from_code_page(buffer.data(), length) : std::wstring{};
+    return automation::decode({buffer.data(), length});
 }
 
 void RaiseWindowsError(std::int32_t code)

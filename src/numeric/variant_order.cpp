@@ -1,6 +1,7 @@
 #include "numeric/variant_order.h"
 
 #include "automation/border.h"
+#include "automation/client_object.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,8 +10,6 @@
 namespace numeric {
 namespace {
 
-using automation::Error;
-using automation::Runtime;
 using automation::Variant;
 
 constexpr ULONG ignore_case = NORM_IGNORECASE;
@@ -118,22 +117,11 @@ bool stands_for_another(const VARIANT& value) noexcept
     return (value.vt & VT_BYREF) || is_object(value);
 }
 
-Variant default_value(const VARIANT& object)
-{
-    const auto dispatch = automation::query<IDispatch>(object.punkVal);
-    DISPPARAMS none{};
-    Variant value;
-    if (!dispatch || FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                             &none, &value, nullptr, nullptr)))
-        throw Error{Runtime::TypeMismatch};
-    return value;
-}
-
 /// The value behind references and objects.
 Variant resolved(const VARIANT& value)
 {
     Variant own{automation::followed(value)};
-    return is_object(own) ? default_value(own) : own;
+    return is_object(own) ? automation::default_value(own.punkVal) : own;
 }
 
 Variant absolute_value(const VARIANT& value)

@@ -104,22 +104,12 @@ bool is_object(const VARIANT& value) noexcept
     return value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
 }
 
-/// Whether the object gives a value of its own, as its default member.
-bool has_value(const VARIANT& object)
-{
-    const auto dispatch = automation::query<IDispatch>(object.punkVal);
-    if (!dispatch)
-        return false;
-    DISPPARAMS none{};
-    Variant value;
-    return SUCCEEDED(dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                      &none, &value, nullptr, nullptr));
-}
-
 bool item_exists(IDispatch* collection, const VARIANT& key, bool as_object)
 {
     const Variant item = automation::get(collection, L"Item", {Variant{key}});
-    return as_object ? is_object(item) : !is_object(item) || has_value(item);
+    if (!as_object && is_object(item))
+        automation::default_value(item.punkVal); // which must be there
+    return !as_object || is_object(item);
 }
 
 bool has_name(IDispatch* object)

@@ -1,6 +1,6 @@
 #include "datafiles/locale_numbers.h"
 
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ std::string automation_text(double number)
     BSTR text = nullptr;
     EXPECT_EQ(VarBstrFromR8(number, LOCALE_USER_DEFAULT, 0, &text), S_OK);
     std::string bytes;
-    files::append_encoded(bytes, {text, SysStringLen(text)});
+    automation::append_encoded(bytes, {text, SysStringLen(text)});
     SysFreeString(text);
     return bytes;
 }

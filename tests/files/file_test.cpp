@@ -1,4 +1,4 @@
-#include "files/code_page.h"
+#include "automation/code_page.h"
 #include "files/file.h"
 #include "files/text_file.h"
 
@@ -8,8 +8,8 @@
 #include <random>
 
 using client::Folder;
-using files::append_encoded;
-using files::decode;
+using automation::append_encoded;
+using automation::decode;
 using files::read_whole;
 using files::write_whole;
 

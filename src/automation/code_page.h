@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// Text in files is in the system's code page.
-namespace files {
+/// Text in files, and on its way to and from the platform's A-functions, is in the system's code page.
+namespace automation {
 
 /// The text that these bytes are. Bytes that are none become what the platform makes of them.
 std::wstring decode(std::string_view bytes);
@@ -19,4 +19,4 @@ std::size_t whole_characters(std::string_view bytes) noexcept;
 /// Appends the bytes of a text. Characters outside the code page become its default character, never a similar one.
 void append_encoded(std::string& bytes, std::wstring_view text);
 
-} // namespace files
+} // namespace automation

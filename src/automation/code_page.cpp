@@ -1,14 +1,12 @@
-#include "files/code_page.h"
+#include "automation/code_page.h"
 
-#include "files/file.h"
-
-#include <windows.h>
+#include "automation/border.h"
 
 #include <emmintrin.h>
 
 #include <algorithm>
 
-namespace files {
+namespace automation {
 namespace {
 
 // Most of a text is ASCII, which is the same in every code page. What is not goes through the platform in slices that are
@@ -104,7 +102,7 @@ std::size_t decode(std::string_view bytes, wchar_t* text)
         const int size = static_cast<int>(part.size());
         const int length = MultiByteToWideChar(CP_ACP, 0, part.data(), size, end, size);
         if (length == 0)
-            raise_file_error(GetLastError());
+            check(HRESULT_FROM_WIN32(GetLastError()));
         bytes.remove_prefix(part.size());
         end += length;
     }
@@ -146,10 +144,10 @@ void append_encoded(std::string& bytes, std::wstring_view text)
         const int length = WideCharToMultiByte(CP_ACP, encoding_flags(), part.data(), static_cast<int>(part.size()),
                                                bytes.data() + size + run, static_cast<int>(room), nullptr, nullptr);
         if (length == 0)
-            raise_file_error(GetLastError());
+            check(HRESULT_FROM_WIN32(GetLastError()));
         bytes.resize(size + run + static_cast<std::size_t>(length));
         text.remove_prefix(part.size());
     }
 }
 
-} // namespace files
+} // namespace automation
