@@ -23,10 +23,8 @@ STDAPI DllUnregisterServer()
     return automation::unregister_server();
 }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* process_ends)
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* process_ends)
 {
-    if (reason == DLL_PROCESS_ATTACH)
-        DisableThreadLibraryCalls(module);
     // At the end of the process the platform's libraries may be gone already.
     if (reason == DLL_PROCESS_DETACH && !process_ends)
         automation::Contract::forget();
