@@ -226,6 +226,8 @@ private:
         return *lookup_;
     }
 
+    template <class Test>
+    Item* find(FlatIndex<Item> Lookup::*index, std::uint32_t hash, const Test& is_it) const noexcept;
     Item* find_key(std::wstring_view key, std::uint32_t hash) const noexcept;
     Item* find_name(std::wstring_view name, std::uint32_t hash) const noexcept;
     Item& append(std::wstring_view name, std::uint32_t hash, Arena* arena);
@@ -309,9 +311,16 @@ std::size_t NamedList<Item>::known_position(const Item& item) const noexcept
 template <class Item>
 Item* NamedList<Item>::find_key(std::wstring_view key, std::uint32_t hash) const noexcept
 {
-    const auto is_it = [&](const Item& item) { return item.has_key(key, hash); };
+    return find(&Lookup::keys, hash, [&](const Item& item) { return item.has_key(key, hash); });
+}
+
+/// By an index where there is one, otherwise by a search through the items.
+template <class Item>
+template <class Test>
+Item* NamedList<Item>::find(FlatIndex<Item> Lookup::*index, std::uint32_t hash, const Test& is_it) const noexcept
+{
     if (has_index_)
-        return lookup_->keys.find(hash, is_it);
+        return ((*lookup_).*index).find(hash, is_it);
     if (!was_seen(hash))
         return nullptr;
     Item* item = first_;
@@ -323,15 +332,7 @@ Item* NamedList<Item>::find_key(std::wstring_view key, std::uint32_t hash) const
 template <class Item>
 Item* NamedList<Item>::find_name(std::wstring_view name, std::uint32_t hash) const noexcept
 {
-    const auto is_it = [&](const Item& item) { return item.has_name(name, hash); };
-    if (has_index_)
-        return (renamed_ ? lookup_->names : lookup_->keys).find(hash, is_it);
-    if (!was_seen(hash))
-        return nullptr;
-    Item* item = first_;
-    while (item && !is_it(*item))
-        item = item->next_;
-    return item;
+    return find(renamed_ ? &Lookup::names : &Lookup::keys, hash, [&](const Item& item) { return item.has_name(name, hash); });
 }
 
 /// Whatever can fail comes before the first change.
