@@ -99,6 +99,7 @@ VARIANT flat(const VARIANT& given) noexcept
 struct Passed {
     Variant content;         ///< what is passed when the caller's own storage does not fit
     VARIANT* back = nullptr; ///< where the outcome goes: the caller's variant or by-reference argument
+    Variant before;          ///< a number or text as it was passed; what has not changed does not go back
     VARIANT lent;            ///< what is passed by reference but not changed
 };
 
@@ -195,6 +196,11 @@ private:
     std::size_t count_ = 0;
 };
 
+bool is_number_or_text(VARTYPE type) noexcept
+{
+    return type != VT_VARIANT && type != VT_DISPATCH && type != VT_UNKNOWN && !(type & VT_ARRAY);
+}
+
 HRESULT pass_by_value(const VARIANT& given, const Parameter& parameter, Passed& passed, Frame& frame) noexcept
 {
     const VARIANT value = flat(given);
@@ -251,8 +257,12 @@ HRESULT pass_by_reference(VARIANT& given, const Parameter& parameter, Passed& pa
     }
     if (const HRESULT result = convert_to_parameter(passed, flat(inner), parameter); FAILED(result))
         return result;
-    if (parameter.changes && (callers_variable || (inner.vt & VT_BYREF)))
+    if (parameter.changes && (callers_variable || (inner.vt & VT_BYREF))) {
         passed.back = &inner;
+        if (is_number_or_text(parameter.type) && flat(inner).vt != VT_EMPTY) // an empty variable is there to be filled
+            if (const HRESULT result = copy(passed.before, passed.content); FAILED(result))
+                return result;
+    }
     frame.push(parameter.type == VT_VARIANT ? static_cast<void*>(&passed.content) : &passed.content.lVal);
     return S_OK;
 }
@@ -292,10 +302,17 @@ HRESULT store_by_reference(VARIANT& storage, Variant& outcome) noexcept
     return S_OK;
 }
 
-/// Gives the caller what a by-reference argument has become.
+bool is_unchanged(const Passed& passed) noexcept
+{
+    if (passed.before.vt == VT_BSTR)
+        return view(passed.before.bstrVal) == view(passed.content.bstrVal);
+    return passed.before.vt != VT_EMPTY && passed.before.llVal == passed.content.llVal;
+}
+
+/// Gives the caller what a by-reference argument has become. A variable of another type keeps that as long as nothing changed.
 void give_back(Passed& passed) noexcept
 {
-    if (!passed.back)
+    if (!passed.back || is_unchanged(passed))
         return;
     if (passed.back->vt & VT_BYREF)
         store_by_reference(*passed.back, passed.content);

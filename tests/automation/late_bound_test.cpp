@@ -125,6 +125,11 @@ TEST_F(LateBound, ByReferenceTheCallersVariableChangesWhateverItsType)
     EXPECT_EQ(text.number(), 42);
     specimen.call(L"Double", {Value::variable(empty)});
     EXPECT_EQ(empty.vt, VT_I4);
+    Value nothing_to_double = L"0", nothing_to_append = 1.5;
+    specimen.call(L"Double", {Value::variable(nothing_to_double)});
+    specimen.call(L"Append", {Value::variable(nothing_to_append), L""});
+    EXPECT_EQ(nothing_to_double.text(), L"0") << "what has not changed keeps its type";
+    EXPECT_EQ(nothing_to_append.vt, VT_R8);
     specimen.call(L"Double", {literal});
     EXPECT_EQ(literal.number(), 21) << "a value is no variable";
 
