@@ -234,7 +234,7 @@ inline void expect_error(const Outcome& outcome, long number, std::wstring_view 
     EXPECT_EQ(outcome.source, source);
 }
 
-/// A folder of its own for the files of one test, gone with it.
+/// A folder of its own for what one test makes, gone with it.
 class Folder {
 public:
     Folder()
@@ -246,25 +246,12 @@ public:
         CreateDirectoryW(name, nullptr);
         path_ = name;
     }
-    ~Folder()
-    {
-        std::wstring all = path_ + L"\\*";
-        WIN32_FIND_DATAW found;
-        const HANDLE search = FindFirstFileW(all.c_str(), &found);
-        if (search != INVALID_HANDLE_VALUE) {
-            do {
-                const std::wstring file = path_ + L"\\" + found.cFileName;
-                SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-                DeleteFileW(file.c_str());
-            } while (FindNextFileW(search, &found));
-            FindClose(search);
-        }
-        RemoveDirectoryW(path_.c_str());
-    }
+    ~Folder() { remove(path_); }
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
 
     std::wstring file(std::wstring_view name) const { return path_ + L"\\" + std::wstring{name}; }
+    const std::wstring& path() const { return path_; }
     /// Writes a file of these bytes and gives its path.
     std::wstring write(std::wstring_view name, std::string_view bytes) const
     {
@@ -289,6 +276,24 @@ public:
     }
 
 private:
+    /// Links stay: they are the affair of those who made them.
+    static void remove(const std::wstring& folder)
+    {
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+        for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+            const std::wstring name = found.cFileName, path = folder + L"\\" + name;
+            const bool is_folder = found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+            if (name == L"." || name == L".." || (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT))
+                continue;
+            SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+            is_folder ? remove(path) : void(DeleteFileW(path.c_str()));
+        }
+        if (search != INVALID_HANDLE_VALUE)
+            FindClose(search);
+        RemoveDirectoryW(folder.c_str());
+    }
+
     std::wstring path_;
 };
 

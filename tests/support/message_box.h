@@ -5,11 +5,17 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
-/// Answers the next message box of this process as a user would, and tells what it showed.
+/// Answers the next message boxes of this process as a user would, and tells what the last one showed.
 class MessageBoxCatcher {
 public:
-    explicit MessageBoxCatcher(DWORD patience = 10000) : thread_{[this, patience] { wait(patience); }} {}
+    /// `answers` are the identifiers of the buttons to press, one for each box.
+    explicit MessageBoxCatcher(DWORD patience = 10000, std::vector<int> answers = {IDOK})
+        : thread_{[this, patience, answers = std::move(answers)] { wait(patience, answers); }}
+    {
+    }
     ~MessageBoxCatcher()
     {
         stop_ = true;
@@ -19,7 +25,7 @@ public:
     MessageBoxCatcher(const MessageBoxCatcher&) = delete;
     MessageBoxCatcher& operator=(const MessageBoxCatcher&) = delete;
 
-    /// Whether there was one; waits until it was answered.
+    /// Whether there were all of them; waits until the last one was answered.
     bool caught()
     {
         if (thread_.joinable())
@@ -34,19 +40,21 @@ public:
     int buttons = 0; ///< how many there were
 
 private:
-    void wait(DWORD patience)
+    void wait(DWORD patience, const std::vector<int>& answers)
     {
         const DWORD start = GetTickCount();
-        while (!stop_ && GetTickCount() - start < patience) {
+        HWND last = nullptr;
+        for (std::size_t answered = 0; answered < answers.size() && !stop_ && GetTickCount() - start < patience;) {
             HWND box = nullptr;
             EnumWindows(find, reinterpret_cast<LPARAM>(&box));
-            if (box && IsWindowVisible(box)) {
-                record(box);
-                caught_ = true;
-                SendMessageW(box, WM_COMMAND, IDOK, 0);
-                return;
+            if (!box || box == last || !IsWindowVisible(box)) {
+                Sleep(10);
+                continue;
             }
-            Sleep(10);
+            last = box;
+            record(box);
+            caught_ = ++answered == answers.size();
+            SendMessageW(box, WM_COMMAND, static_cast<WPARAM>(answers[answered - 1]), 0);
         }
     }
     static BOOL CALLBACK find(HWND window, LPARAM found)
@@ -62,6 +70,8 @@ private:
     }
     void record(HWND box)
     {
+        icon = buttons = 0;
+        text.clear();
         wchar_t buffer[1024];
         caption.assign(buffer, static_cast<std::size_t>(GetWindowTextW(box, buffer, 1024)));
         for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
@@ -72,7 +82,7 @@ private:
                 ++buttons;
             else if (kind == L"Static" && (style & SS_TYPEMASK) == SS_ICON)
                 icon = icon_of(reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0)));
-            else if (kind == L"Static" || kind == L"Edit")
+            else if ((kind == L"Static" || kind == L"Edit") && text.empty())
                 text.assign(buffer, static_cast<std::size_t>(GetWindowTextW(child, buffer, 1024)));
         }
     }

@@ -1,8 +1,6 @@
 #include "support/client.h"
+#include "support/dispatch_object.h"
 #include "support/message_box.h"
-
-#include <algorithm>
-#include <functional>
 
 using client::expect_error;
 using client::Object;
@@ -10,41 +8,12 @@ using client::Value;
 
 namespace {
 
-/// An object of the client whose members Item, Add, Count and Name are these.
-class Thing final : public IDispatch {
+/// An object of the client with the members Item, Add, Count and Name.
+class Thing final : public DispatchObject {
 public:
     enum Member : DISPID { Value = DISPID_VALUE, Item, Add, Count, Name };
-    using Answer = std::function<HRESULT(DISPID member, const DISPPARAMS& arguments, VARIANT* result)>;
 
-    explicit Thing(Answer answer) : answer_{std::move(answer)} {}
-    ~Thing() { EXPECT_EQ(references_, 1) << "somebody still holds it"; }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
-    {
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-        *object = known ? this : nullptr;
-        references_ += known;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references_); }
-    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references_); }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override
-    {
-        const std::vector<std::wstring> known{L"", L"Item", L"Add", L"Count", L"Name"};
-        *id = static_cast<DISPID>(std::ranges::find(known, *names) - known.begin());
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
-                                     UINT*) override
-    {
-        return answer_(id, *arguments, result);
-    }
-
-private:
-    Answer answer_;
-    long references_ = 1;
+    explicit Thing(Answer answer) : DispatchObject{{L"Item", L"Add", L"Count", L"Name"}, std::move(answer)} {}
 };
 
 /// Gives this for one member, and fails for the others.
