@@ -16,6 +16,15 @@ HRESULT answer_exception() noexcept;
 /// a failure without one keeps its own code, with the system's text. Does nothing for success.
 void check(HRESULT result);
 
+/// What a by-reference argument refers to. Raises 5 for a null pointer.
+template <class Value>
+Value& referred(Value* argument)
+{
+    if (!argument)
+        throw Error{Runtime::InvalidCall};
+    return *argument;
+}
+
 inline void store(BSTR* result, Text value) noexcept { *result = value.release(); }
 inline void store(BSTR* result, std::wstring_view value) { *result = Text{value}.release(); }
 inline void store(VARIANT_BOOL* result, std::same_as<bool> auto value) noexcept { *result = value ? VARIANT_TRUE : VARIANT_FALSE; }

@@ -48,4 +48,14 @@ void ShowErrorBox(std::wstring_view sText)
     MessageBoxW(nullptr, text.c_str(), LangStr(10001).c_str(), MB_ICONSTOP | MB_OK);
 }
 
+void ShowMessage(const std::wstring& text, std::wstring_view caption, std::uint32_t icon)
+{
+    MessageBoxW(GetActiveWindow(), text.c_str(), std::wstring{caption}.c_str(), MB_OK | icon);
+}
+
+void ShowMessage(const std::wstring& text)
+{
+    ShowMessage(text, automation::module::name(), 0);
+}
+
 } // namespace MErrors

@@ -28,4 +28,10 @@ std::wstring GetSystemErrorText(std::int32_t code);
 /// Tells the user of a fault in the library, in the thread's language, and waits until it is confirmed.
 void ShowErrorBox(std::wstring_view sText);
 
+/// Shows the user a text with an OK button and waits until it is confirmed. `icon` is one of the platform's MB_ICON flags.
+void ShowMessage(const std::wstring& text, std::wstring_view caption, std::uint32_t icon);
+
+/// The same with no icon and the library's name as caption.
+void ShowMessage(const std::wstring& text);
+
 } // namespace MErrors

@@ -5,8 +5,7 @@
 #include "numeric/array_sorting.h"
 
 using automation::answer;
-using automation::Error;
-using automation::Runtime;
+using automation::referred;
 using automation::Variant;
 using numeric::End;
 
@@ -17,14 +16,6 @@ long dimensions(const VARIANT& value) noexcept
 {
     const auto array = automation::array_in(value);
     return array && *array ? (*array)->cDims : 0;
-}
-
-/// What a by-reference argument refers to.
-const VARIANT& referred(const VARIANT* argument)
-{
-    if (!argument)
-        throw Error{Runtime::InvalidCall};
-    return *argument;
 }
 
 } // namespace

@@ -96,7 +96,7 @@ long add_numbers(std::wstring_view text, IDispatch* collection)
 
 void tell_that_no_number(BSTR caption)
 {
-    MessageBoxW(GetActiveWindow(), MErrors::LangStr(10011).c_str(), caption ? caption : L"", MB_ICONEXCLAMATION);
+    MErrors::ShowMessage(MErrors::LangStr(10011), view(caption), MB_ICONEXCLAMATION);
 }
 
 bool is_object(const VARIANT& value) noexcept
