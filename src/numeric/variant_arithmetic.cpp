@@ -1,0 +1,102 @@
+#include "numeric/variant_arithmetic.h"
+
+#include "automation/border.h"
+#include "automation/client_object.h"
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace numeric {
+namespace {
+
+using automation::check;
+using automation::Error;
+using automation::Runtime;
+using automation::Variant;
+
+using Operation = HRESULT(WINAPI*)(VARIANT*, VARIANT*, VARIANT*);
+
+/// An operand: an object stands for its default value.
+Variant operand(const VARIANT& value)
+{
+    Variant own{automation::followed(value)};
+    if (own.vt == VT_DISPATCH)
+        return automation::default_value(own.pdispVal);
+    return own;
+}
+
+bool is_finite(const VARIANT& value) noexcept
+{
+    switch (value.vt) {
+    case VT_R4:
+        return std::isfinite(value.fltVal);
+    case VT_R8:
+    case VT_DATE:
+        return std::isfinite(value.dblVal);
+    default:
+        return true;
+    }
+}
+
+Variant calculate(Operation operation, Variant left, Variant right)
+{
+    Variant result;
+    check(operation(&left, &right, &result));
+    if (is_finite(result) || !is_finite(left) || !is_finite(right))
+        return result;
+    if (result.vt == VT_R4) // Singles whose result is none: not every platform goes on with Doubles
+        return calculate(operation, automation::converted(left, VT_R8), automation::converted(right, VT_R8));
+    throw Error{Runtime::Overflow}; // not every platform looks
+}
+
+std::optional<double> whole_number(const VARIANT& value) noexcept
+{
+    switch (value.vt) {
+    case VT_EMPTY:
+        return 0;
+    case VT_UI1:
+        return value.bVal;
+    case VT_I2:
+    case VT_BOOL:
+        return value.iVal;
+    case VT_I4:
+        return value.lVal;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+Variant product(const VARIANT& left, const VARIANT& right)
+{
+    return calculate(VarMul, operand(left), operand(right));
+}
+
+Variant sum(const VARIANT& left, const VARIANT& right)
+{
+    return calculate(VarAdd, operand(left), operand(right));
+}
+
+Variant difference(const VARIANT& left, const VARIANT& right)
+{
+    const auto first = whole_number(left), second = whole_number(right);
+    if (!first || !second)
+        return calculate(VarSub, operand(left), operand(right));
+    const double exact = *first - *second; // where Wine's wraps around instead of widening
+    const bool is_long = std::abs(exact) <= std::numeric_limits<long>::max();
+    return is_long ? Variant{static_cast<long>(exact)} : Variant{exact};
+}
+
+Variant quotient(const VARIANT& left, const VARIANT& right)
+{
+    return calculate(VarDiv, operand(left), operand(right));
+}
+
+double to_double(const VARIANT& value)
+{
+    return automation::converted(operand(value), VT_R8).dblVal;
+}
+
+} // namespace numeric
