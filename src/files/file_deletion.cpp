@@ -1,0 +1,74 @@
+#include "files/file_deletion.h"
+
+#include "files/file.h"
+#include "files/folder_search.h"
+
+#include <string>
+#include <vector>
+
+namespace files {
+namespace {
+
+constexpr int most_polls = 500;
+constexpr int most_messages_a_poll = 100; // a window that never finishes painting always has one more
+constexpr DWORD pause = 1;                // milliseconds
+
+void delete_file(const std::wstring& path)
+{
+    if (!DeleteFileW(path.c_str()))
+        raise_file_error(GetLastError());
+}
+
+/// All of them, before the first one is deleted.
+std::vector<std::wstring> paths_that_fit(const std::wstring& pattern, std::size_t folder_length)
+{
+    std::vector<std::wstring> paths;
+    for (FolderSearch search{pattern, NormalFiles}; search.next();)
+        paths.push_back(pattern.substr(0, folder_length).append(search.name()));
+    return paths;
+}
+
+/// Handles the messages of this thread that wait. Someone who ends the program is still heard by those who asked for messages
+/// first: that message goes back, and the result is false.
+bool handle_messages()
+{
+    MSG message;
+    for (int i = 0; i < most_messages_a_poll && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return true;
+}
+
+} // namespace
+
+void delete_files(std::wstring_view given)
+{
+    const std::wstring pattern = checked(given);
+    const std::size_t folder_length = pattern.find_last_of(L"\\/:") + 1;
+    if (pattern.find_first_of(L"*?", folder_length) == pattern.npos)
+        return delete_file(pattern);
+    const auto paths = paths_that_fit(pattern, folder_length);
+    if (paths.empty())
+        raise_file_error(ERROR_FILE_NOT_FOUND);
+    for (const std::wstring& path : paths)
+        delete_file(path);
+}
+
+bool wait_until_gone(std::wstring_view pattern)
+{
+    bool goes_on = true;
+    for (int polls = 0; finds(pattern, NormalFiles); ++polls) {
+        if (polls == most_polls)
+            return false;
+        goes_on = goes_on && handle_messages();
+        Sleep(pause);
+    }
+    return true;
+}
+
+} // namespace files

@@ -1,0 +1,59 @@
+#include "files/folder_search.h"
+
+#include <utility>
+
+namespace files {
+namespace {
+
+bool means_nothing_found(DWORD code) noexcept
+{
+    return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_NO_MORE_FILES;
+}
+
+} // namespace
+
+bool admits(long admitted, DWORD attributes) noexcept
+{
+    return (attributes & DWORD{EveryEntry} & ~static_cast<DWORD>(admitted)) == 0;
+}
+
+FolderSearch::FolderSearch(std::wstring_view pattern, long admitted) : admitted_{admitted}
+{
+    failed_ = pattern.find(L'\0') != pattern.npos;
+    if (failed_ || pattern.empty())
+        return;
+    std::wstring path{pattern};
+    if (path.back() == L'\\')
+        path += L"*.*";
+    search_ = FindFirstFileW(path.c_str(), &found_);
+    failed_ = search_ == INVALID_HANDLE_VALUE && !means_nothing_found(GetLastError());
+}
+
+FolderSearch::~FolderSearch()
+{
+    if (search_ != INVALID_HANDLE_VALUE)
+        FindClose(search_);
+}
+
+bool FolderSearch::next() noexcept
+{
+    if (search_ == INVALID_HANDLE_VALUE)
+        return false;
+    while (std::exchange(at_first_, false) || FindNextFileW(search_, &found_))
+        if (admits(admitted_, found_.dwFileAttributes))
+            return true;
+    return false;
+}
+
+bool finds(std::wstring_view pattern, long admitted)
+{
+    return FolderSearch{pattern, admitted}.next();
+}
+
+bool is_folder(const std::wstring& path) noexcept
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+} // namespace files

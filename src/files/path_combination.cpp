@@ -1,0 +1,22 @@
+#include "files/path_combination.h"
+
+#include "files/path_buffer.h"
+
+#include <shlwapi.h>
+
+namespace files {
+
+bool can_combine(std::wstring_view path, std::wstring_view file) noexcept
+{
+    return path.size() < MAX_PATH - 1 && fits_platform(file);
+}
+
+std::wstring combined(std::wstring_view path, std::wstring_view file)
+{
+    PathBuffer whole;
+    if (can_combine(path, file))
+        PathCombineW(whole.get(), std::wstring{path}.c_str(), std::wstring{file}.c_str());
+    return std::wstring{whole.text()};
+}
+
+} // namespace files
