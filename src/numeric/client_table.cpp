@@ -1,5 +1,7 @@
 #include "numeric/client_table.h"
 
+#include "numeric/plain_number.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -9,26 +11,6 @@ namespace {
 using automation::Error;
 using automation::Runtime;
 using automation::Variant;
-
-double as_double(const VARIANT& number) noexcept
-{
-    switch (number.vt) {
-    case VT_UI1:
-        return number.bVal;
-    case VT_I2:
-    case VT_BOOL:
-        return number.iVal;
-    case VT_I4:
-        return number.lVal;
-    case VT_R4:
-        return number.fltVal;
-    case VT_R8:
-    case VT_DATE:
-        return number.dblVal;
-    default:
-        return 0; // Empty
-    }
-}
 
 /// Copies the elements as Doubles, each type in its own loop.
 void copy(const Elements& elements, double* target) noexcept
@@ -48,7 +30,7 @@ void copy(const Elements& elements, double* target) noexcept
         std::ranges::copy(elements.as<float>(), target);
         break;
     default:
-        std::ranges::transform(elements.as<VARIANT>(), target, as_double);
+        std::ranges::transform(elements.as<VARIANT>(), target, plain_number);
     }
 }
 

@@ -2,10 +2,11 @@
 
 #include "automation/border.h"
 #include "automation/client_object.h"
+#include "numeric/client_table.h"
+#include "numeric/plain_number.h"
 
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace numeric {
 namespace {
@@ -50,21 +51,10 @@ Variant calculate(Operation operation, Variant left, Variant right)
     throw Error{Runtime::Overflow}; // not every platform looks
 }
 
-std::optional<double> whole_number(const VARIANT& value) noexcept
+/// Whether the values are whole numbers of 32 bits at most.
+bool are_whole(const VARIANT& left, const VARIANT& right) noexcept
 {
-    switch (value.vt) {
-    case VT_EMPTY:
-        return 0;
-    case VT_UI1:
-        return value.bVal;
-    case VT_I2:
-    case VT_BOOL:
-        return value.iVal;
-    case VT_I4:
-        return value.lVal;
-    default:
-        return std::nullopt;
-    }
+    return ((kind(left.vt) | kind(right.vt)) & ~(Small | Long)) == 0;
 }
 
 } // namespace
@@ -81,10 +71,9 @@ Variant sum(const VARIANT& left, const VARIANT& right)
 
 Variant difference(const VARIANT& left, const VARIANT& right)
 {
-    const auto first = whole_number(left), second = whole_number(right);
-    if (!first || !second)
+    if (!are_whole(left, right))
         return calculate(VarSub, operand(left), operand(right));
-    const double exact = *first - *second; // where Wine's wraps around instead of widening
+    const double exact = plain_number(left) - plain_number(right); // where Wine's wraps around instead of widening
     const bool is_long = std::abs(exact) <= std::numeric_limits<long>::max();
     return is_long ? Variant{static_cast<long>(exact)} : Variant{exact};
 }

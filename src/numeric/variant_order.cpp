@@ -2,6 +2,7 @@
 
 #include "automation/border.h"
 #include "automation/client_object.h"
+#include "numeric/plain_number.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,21 +29,6 @@ bool is_plain_number(const VARIANT& value) noexcept
         return !std::isnan(value.dblVal);
     default:
         return false;
-    }
-}
-
-double plain_number(const VARIANT& value) noexcept
-{
-    switch (value.vt) {
-    case VT_UI1:
-        return value.bVal;
-    case VT_I2:
-    case VT_BOOL:
-        return value.iVal;
-    case VT_I4:
-        return value.lVal;
-    default:
-        return value.dblVal;
     }
 }
 
