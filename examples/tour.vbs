@@ -59,6 +59,20 @@ Set sizes = file.FileQVBHeader
 WScript.Echo "    " & sizes.MCount & " objects with " & sizes.x & " features, from " & common.Min(readBack) & " to " & common.max(readBack)
 ShowMatrix readBack, sizes.MCount, sizes.x
 
+Title "The matrix times itself, with rows and columns exchanged"
+Dim math
+Set math = CreateObject("qvObjects.qvMath")
+ShowMatrix math.MMult(readBack, math.Transpose(readBack)), sizes.MCount, sizes.MCount
+
+Title "A path seen from a folder, and found again there"
+Dim files, whole, home, stored
+Set files = CreateObject("qvObjects.qvFile")
+whole = fso.GetAbsolutePathName(file.File)
+home = files.GetPath(whole)
+stored = files.GetRelPath(whole, home)
+WScript.Echo "    Stored as " & stored & ", found again: " & (files.qvDir(stored, home) = whole)
+WScript.Echo "    " & files.qvPathCombine("C:\Messung\2026", "..\Archiv\nord.qvb")
+
 Title "An error in German, and in English"
 On Error Resume Next
 file.WriteFile "no matrix"
