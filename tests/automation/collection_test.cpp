@@ -41,15 +41,15 @@ TEST_F(Collections, TellWhatIsWrong)
 {
     const wchar_t* source = L"class_tests";
     list.call(L"Add", {1, L"k"});
-    expect_error(list.try_call(L"Add", {2, L"K"}), 457, L"This key is already associated with an element of this collection", source);
-    expect_error(list.try_call(L"Item", {L"none"}), 5, L"Invalid procedure call or argument", source);
-    expect_error(list.try_call(L"Remove", {L"none"}), 5, L"Invalid procedure call or argument", source);
-    for (const int position : {0, 2, -1}) {
-        expect_error(list.try_call(L"Item", {position}), 9, L"Subscript out of range", source);
-        expect_error(list.try_call(L"Remove", {position}), 9, L"Subscript out of range", source);
+    expect_error(list.try_call(L"Add", {2, L"K"}), 457, L"This key is already associated with an element of this collection",
+                 source);
+    for (const wchar_t* member : {L"Item", L"Remove"}) {
+        expect_error(list.try_call(member, {L"none"}), 5, L"Invalid procedure call or argument", source);
+        for (const int position : {0, 2, -1})
+            EXPECT_EQ(list.try_call(member, {position}).number(), 9);
     }
-    expect_error(list.try_call(L"Add", {2, L"m", 1, 1}), 5, L"Invalid procedure call or argument", source);
-    expect_error(list.try_call(L"Add", {2, 5}), 13, L"Type mismatch", source);
+    EXPECT_EQ(list.try_call(L"Add", {2, L"m", 1, 1}).number(), 5);
+    EXPECT_EQ(list.try_call(L"Add", {2, 5}).number(), 13);
     EXPECT_EQ(list.call(L"Count").number(), 1) << "a wrong call changes nothing";
 }
 

@@ -1,4 +1,5 @@
 #include "automation/specimen.h"
+#include "support/dispatch_object.h"
 
 #include <olectl.h>
 
@@ -10,27 +11,16 @@ using client::Value;
 namespace {
 
 /// A client's sink: calls back with the number that the event hands over.
-class Sink final : public IDispatch {
+class Sink final : public DispatchObject {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    explicit Sink(std::function<void(long&)> happened)
+        : DispatchObject{{L"Happened"}, [=](DISPID id, const DISPPARAMS& arguments, VARIANT*) {
+              if (id == 1 && arguments.cArgs == 1 && arguments.rgvarg[0].vt == (VT_BYREF | VT_I4))
+                  happened(*arguments.rgvarg[0].plVal);
+              return E_FAIL; // which is the sink's own affair
+          }}
     {
-        *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-        return *object ? (AddRef(), S_OK) : E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-    ULONG STDMETHODCALLTYPE Release() override { return --references; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        if (id == 1 && arguments->cArgs == 1 && arguments->rgvarg[0].vt == (VT_BYREF | VT_I4))
-            happened(*arguments->rgvarg[0].plVal);
-        return E_FAIL; // which is the sink's own affair
-    }
-
-    std::function<void(long&)> happened;
-    ULONG references = 0;
 };
 
 class Events : public testing::Test {
@@ -51,9 +41,7 @@ protected:
 
 TEST_F(Events, ReachEverySinkAndBringBackWhatItChanged)
 {
-    Sink one, other;
-    one.happened = [](long& n) { n += 1; };
-    other.happened = [](long& n) { n *= 10; };
+    Sink one{[](long& n) { n += 1; }}, other{[](long& n) { n *= 10; }};
     DWORD first = 0, second = 0;
     EXPECT_EQ(point()->Advise(&one, &first), S_OK);
     EXPECT_EQ(point()->Advise(&other, &second), S_OK);
@@ -62,19 +50,18 @@ TEST_F(Events, ReachEverySinkAndBringBackWhatItChanged)
     EXPECT_EQ(point()->Unadvise(first), CONNECT_E_NOCONNECTION);
     EXPECT_EQ(specimen.call(L"Happen", {4}).number(), 40);
     specimen = Object{};
-    EXPECT_EQ(one.references + other.references, 0u) << "the object lets go of its sinks";
+    EXPECT_EQ(one.references() + other.references(), 2) << "the object lets go of its sinks";
 }
 
 TEST_F(Events, SinksMayGoWhileAnEventIsRaised)
 {
-    Sink one, other;
     DWORD first = 0, second = 0;
-    one.happened = [&](long& n) {
+    Sink one{[&](long& n) {
         ++n;
         point()->Unadvise(first);
         point()->Unadvise(second);
-    };
-    other.happened = [](long& n) { ++n; };
+    }};
+    Sink other{[](long& n) { ++n; }};
     point()->Advise(&one, &first);
     point()->Advise(&other, &second);
     EXPECT_EQ(specimen.call(L"Happen", {0}).number(), 2);
@@ -94,7 +81,7 @@ TEST_F(Events, AreFoundAndListed)
     listed->GetConnectionInterface(&iid);
     EXPECT_EQ(iid, __uuidof(__Specimen));
 
-    Sink sink;
+    Sink sink{[](long&) {}};
     DWORD cookie = 0;
     listed->Advise(&sink, &cookie);
     automation::Ref<IEnumConnections> connections;

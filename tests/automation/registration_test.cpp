@@ -2,8 +2,6 @@
 
 #include "automation/specimen.h"
 
-#include <map>
-
 namespace {
 
 std::wstring value_of(const std::wstring& key, const wchar_t* name = nullptr)

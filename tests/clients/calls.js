@@ -2,18 +2,13 @@
 var common = new ActiveXObject("qvObjects.qvCommon");
 var ini = new ActiveXObject("qvObjects.qvIniFile");
 
-check("a member in any case", "x", common.QVTRIM(" x "));
 check("a name with an umlaut", "\"x\"", common.Anfü("x"));
 check("an argument left out", "HellWorld", common.StringCut("Hello  World", "o"));
 check("a double for a short integer", "Hell World", common.StringCut("Hello  World", "o", 1));
-check("a number for a text", "12", common.qvTrim(12));
-check("a number as the answer", 1.5, common.StrToNum("1,5"));
-check("a Boolean as the answer", true, common.StrToBOOL("wahr"));
 check("values of a template", "a 1 true", common.Insert("|1 |2 |3", "a", 1, "true"));
 
 // The tree, in the spelling that JScript allows.
 ini.Section("Main").Parameter("Path") = "x";
-check("set by the default member", "x", ini.Section("Main").Parameter("Path").Value);
 ini.Section.Item("Main").Parameter.Item("Path").Value = "y";
 check("set by full names", "y", ini("Main")("Path").Value);
 check("a position that is a double", "Main", ini.Section(1.0).Name);
@@ -34,19 +29,13 @@ var numbers = {
 };
 check("a script's own collection is filled", 3, common.GetNumbersFromStringCol("a12b3,45", numbers));
 check("what it was filled with", "12 3 45 ", numbers.all);
-check("another text adds to it", 5, common.GetNumbersFromStringCol("6-7", numbers));
 check("an item that is there", true, common.ExistsInCol(numbers, 1));
 check("an item that is not there", false, common.ExistsInCol(numbers, 9));
 check("an object with a name", true, common.ObjTest({ Name: function () { return "x"; } }));
-check("an object with an empty name", false, common.ObjTest({ Name: function () { return ""; } }));
 check("an object without a name", false, common.ObjTest({}));
 
-checkError("a member that does not exist", 438, null, function () { common.NoSuchMember(); });
 checkFails("too few arguments", function () { common.qvTrim(); });
-checkFails("a text that is not a number", function () { common.StringCut("Hello", "o", "many"); });
 checkError("null as a text", 94, "Invalid use of Null", function () { common.Insert("|1", null); });
 checkError("a missing file", 53, "File not found", function () { ini.Load("build\\clients\\missing.ini"); });
-checkError("a position behind the last", 9, "Subscript out of range", function () { ini.Section.Remove(2); });
-checkError("a class that can't be created", 429, null, function () { new ActiveXObject("qvObjects.qvIniSection"); });
 
 done();

@@ -16,41 +16,26 @@ file.WriteFile matrix
 file.LBoundAll = 1
 file.ReadFile readBack
 Check "an array of Double", vbArray + vbDouble, VarType(readBack)
-Check "its dimensions", 2, common.ArrayDim(readBack)
 table.SetValues readBack
 Check "a number", 1, table.Value(1, 1)
 Check "a number that was a text", half, table.Value(2, 1)
 Check "a truth value", -1, table.Value(1, 2)
 Check "a cell that was empty", 0, table.Value(2, 2)
-Check "a negative number", -7, table.Value(2, 3)
 readBack = "something else"
 file.ReadFile readBack
 Check "the smallest of what was read again", -7, common.Min(readBack)
-Check "the rows", 2, file.FileQVBHeader.MCount
 Check "the columns", 3, file.FileQVBHeader.x
 
-' Every wrong call
+' Wrong calls
 On Error Resume Next
-Dim language, notAnArray
-For Each language In Array(0, 1)
-    common.qvObjectsInit "Language", language
-    notAnArray = """V"" ist kein Array!"
-    If language = 1 Then notAnArray = """V"" isn't an array!"
-    file.WriteFile 5
-    CheckError "a value that is no array", -2147221399, "qvObjects", notAnArray
-Next
+file.WriteFile 5
+CheckError "a value that is no array", -2147221399, "qvObjects", """V"" ist kein Array!"
+common.qvObjectsInit "Language", 1
+file.WriteFile 5
+CheckError "the same in English", -2147221399, "qvObjects", """V"" isn't an array!"
 common.qvObjectsInit "Language", 0
-file.WriteFile Array(1, 2)
-CheckError "one dimension", 9, "qvObjects", "Subscript out of range"
-file.File = TestFile("no?name.qvb")
-file.ReadFile readBack
-CheckError "a wildcard", 52, "qvObjects", "Bad file name or number"
-file.FileInfoHeader.Load 1
-CheckError "a number of no open file", 52, "qvObjects", "Bad file name or number"
 table.Value(9, 9) = 1
 CheckError "a cell that is not there", 9, "qvObjects", "Subscript out of range"
-table.SetSize 0, 1
-CheckError "a table of no rows", 9, "qvObjects", "Subscript out of range"
 table.Load "tests\clients\data_files.vbs"
 CheckError "a file of another kind", -2147221503, "Nif-File", "Fehler beim einlesen. Datei entspricht nicht dem NIF-Format."
 common.Sort 5
@@ -59,7 +44,6 @@ On Error GoTo 0
 
 ' A table as text
 table.SetSize 2, 1
-table.Description = "Pegelstände"
 table.Name(1) = "Köln, Süd"
 table.Value(1, 1) = half
 table.Value(2, 1) = -1500
@@ -67,24 +51,19 @@ Check "saved", True, table.Save(TestFile("table.nif"))
 Set table = CreateObject("qvObjects.qvFile_Nif")
 Check "there is no such file", False, table.Load(TestFile("missing.nif"))
 Check "loaded", True, table.Load(TestFile("table.nif"))
-Check "the description", "Pegelstände", table.Description
 Check "a name with a comma", "Köln, Süd", table.Name(1)
 Check "a fraction", half, table.Value(1, 1)
 Check "a large number", -1500, table.Value(2, 1)
 
 ' Arrays
-Dim words, numbers, ends, levels(1, 1)
+Dim words, ends, levels(1, 1)
 words = Array("b", "A", "a", "D")
 common.Sort words
 Check "sorted whatever the case", "AabD", words(0) & words(1) & words(2) & words(3)
-numbers = Array(3, -5, 2.5)
-Check "the smallest", -5, common.Min(numbers)
-Check "the smallest size", 2.5, common.AbsMin(numbers)
+Check "the smallest size", 2.5, common.AbsMin(Array(3, -5, 2.5))
 levels(0, 0) = 4: levels(0, 1) = 3: levels(1, 0) = 2: levels(1, 1) = 9
 ends = common.MinMax(levels)
 Check "the smallest of the first row", 3, ends(0, 0)
-ends = common.MinMax(levels, True)
-Check "the largest of the last column", 9, ends(1, 1)
-Check "an array", True, common.BoundTest(numbers)
+Check "an array", True, common.BoundTest(words)
 Check "no array", False, common.BoundTest(5)
 Done

@@ -1,35 +1,37 @@
-' The text members, called with what scripts have in hand.
+' Texts and message templates, with what scripts have in hand: variables, arrays, omitted values, numbers in their locale.
 Dim common
 Set common = CreateObject("qvObjects.qvCommon")
 
-Check "cutting, the blanks left", "Hell  World", common.StringCut("Hello  World", "O", -1)
-Check "cutting what is not there", "Hello", common.StringCut("Hello", "x")
+Check "one value", "Datei ""abc"" fehlt" & vbCrLf, common.Insert("Datei |a|1|a fehlt|n", "abc")
+Check "the short name", "Größe: Übergröße", common.Ins("Größe: |1", "Übergröße")
+Check "no value", """|1", common.Insert("|a|1")
+Check "values of several types", "x 1 " & CStr(True) & " " & CStr(1.5), common.Insert("|1 |2 |3 |4", "x", 1, True, 1.5)
+Check "an array", "a  c", common.Insert("|1 |2 |3", Array("a", "", "c"))
+Check "an empty array", "|1""", common.Insert("|1|a", Array())
+Check "Null as a later value", "a a c", common.Insert("|1 |2 |3", "a", Null, "c")
+Dim template, name, values(1)
+template = "|1: |2"
+name = "Müller"
+values(0) = name
+values(1) = Now > 0
+Check "values as variables", "Müller: " & CStr(True), common.Insert(template, name, values(1))
+Check "an array variable", "Müller: " & CStr(True), common.Insert(template, values)
+
+On Error Resume Next
+template = common.Insert("|1", Null)
+CheckError "Null as the first value", 94, "qvObjects", "Invalid use of Null"
+template = common.Insert("|1", common)
+CheckTrue "an object without a value", Err.Number <> 0
+Err.Clear
+template = common.Insert()
+CheckErrorNumber "no template", 450
+On Error GoTo 0
+
 Check "cutting umlauts in any case", "GrßeX", common.StringCut("GrößeX", "Ö")
-
 Check "trimming blanks and tabs", "a b", common.qvTrim(vbTab & " a b " & vbTab)
-Check "trimming on the left", "x ", common.qvTrimL(vbTab & "x ")
-Check "trimming on the right", " x", common.qvTrimR(" x" & vbTab)
-Check "only blanks are not trimmed", "   ", common.qvTrim("   ")
-
-Check "decimal comma", 1.5, common.StrToNum("1,5")
-Check "decimal point", 1.5, common.StrToNum("1.5")
-Check "only the first comma counts", 1.234, common.StrToNum("1.234,5")
-Check "a number at the start", -12.0, common.StrToNum(" -12 Stück")
-Check "an exponent", 1500.0, common.StrToNum("1,5E3")
-Check "a hexadecimal number", 255.0, common.StrToNum("&HFF")
-Check "no number", 0.0, common.StrToNum("none")
-
-Check "wahr", True, common.StrToBOOL("WAHR")
-Check "-1", True, common.StrToBOOL("-1")
+Check "a number at the start", -12.5, common.StrToNum(" -12,5 Stück")
 Check "a Boolean as text", True, common.StrToBOOL(True)
-Check "falsch", False, common.StrToBOOL("falsch")
-Check "yes", False, common.StrToBOOL("yes")
-
-' The script's own numbers follow the user's locale, and so does the test.
 Check "the user's number", True, common.qvIsNumeric(CStr(1234.5))
-Check "blanks around a number", True, common.qvIsNumeric(" 12 ")
-Check "a number with a sign", True, common.qvIsNumeric("-12")
-Check "no number is not numeric", False, common.qvIsNumeric("12a")
-Check "an empty text is not numeric", False, common.qvIsNumeric("")
+Check "no number", False, common.qvIsNumeric("12a")
 
 Done

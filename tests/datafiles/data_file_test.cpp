@@ -1,16 +1,15 @@
 // The headers and the names by the numbers of open files, which no client can open.
 #include "datafiles/data_file.h"
 
-#include "automation/error.h"
 #include "datafiles/CFileInfoHeader.h"
 #include "datafiles/CFile_sNames.h"
-#include "support/client.h"
+#include "support/error_of.h"
+#include "support/tables.h"
 
 #include <limits>
 #include <thread>
 
 using automation::make;
-using automation::Variant;
 using namespace std::string_literals;
 
 namespace {
@@ -19,12 +18,7 @@ constexpr HRESULT runtime_error = static_cast<HRESULT>(0x800A0000);
 
 int error_of_number(std::int32_t number)
 {
-    try {
-        DataFile::with_number(number);
-        return 0;
-    } catch (const automation::Error& error) {
-        return error.number();
-    }
+    return error_of([&] { DataFile::with_number(number); });
 }
 
 class DataFiles : public testing::Test {
@@ -81,13 +75,7 @@ TEST_F(DataFiles, HeadersAreWrittenAndReadWhereTheFileStands)
 
 TEST_F(DataFiles, NamesTakeEveryArrayOfOneDimension)
 {
-    SAFEARRAYBOUND bound{3, 5};
-    Variant names;
-    names.vt = VT_ARRAY | VT_VARIANT;
-    names.parray = SafeArrayCreate(VT_VARIANT, 1, &bound);
-    auto* const elements = static_cast<VARIANT*>(names.parray->pvData);
-    elements[0] = Variant{std::wstring_view{L" x "}}.release();
-    elements[1] = Variant{12.0}.release();
+    const client::Value names = client::list(5, {L" x ", 12.0, client::Value{}});
     const auto written = make<CFile_sNames>(), read = make<CFile_sNames>();
     {
         DataFile file{path};
@@ -100,7 +88,7 @@ TEST_F(DataFiles, NamesTakeEveryArrayOfOneDimension)
     DataFile file{path};
     EXPECT_EQ(read->Load(file.number()), S_OK);
     EXPECT_EQ(read->Load(file.number()), runtime_error + 62) << "the names before stay";
-    Variant result;
+    client::Value result;
     EXPECT_EQ(read->get_Names(&result), S_OK);
     ASSERT_EQ(result.vt, VT_ARRAY | VT_VARIANT) << "an array that scripts can index";
     EXPECT_EQ(result.parray->rgsabound[0].lLbound, 0);

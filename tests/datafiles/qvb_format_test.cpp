@@ -2,6 +2,7 @@
 
 #include "datafiles/element_conversion.h"
 #include "datafiles/memory_source.h"
+#include "support/error_of.h"
 
 #include <gtest/gtest.h>
 
@@ -20,18 +21,6 @@ namespace {
 
 constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
 
-/// The number of the error that an action raises; 0 for none.
-template <class Action>
-int error_of(const Action& action)
-{
-    try {
-        action();
-        return 0;
-    } catch (const automation::Error& error) {
-        return error.number();
-    }
-}
-
 const InformationHeader information{1, std::string{qvb::ID_QVB}, {{" key ", "value"}, {"", "  "}}};
 const std::string information_bytes = "\1\0\0\0"
                                       "\x24\0\0\0"
@@ -42,12 +31,7 @@ const std::string information_bytes = "\1\0\0\0"
 
 MatrixHeader header_of(std::int32_t objects, std::int32_t x, std::int32_t y, std::int32_t planes)
 {
-    MatrixHeader header;
-    header.objects = objects;
-    header.x = x;
-    header.y = y;
-    header.planes = planes;
-    return header;
+    return {.objects = objects, .x = x, .y = y, .planes = planes};
 }
 
 MatrixHeader fitted(std::int32_t x, std::int32_t y, std::int32_t rows, std::int32_t columns)
@@ -148,10 +132,8 @@ TEST(MatrixHeader, SizesTheDataWithinTheFile)
     EXPECT_EQ(error(header_of(2, 1, 3, 2), 8), 62);
     EXPECT_EQ(error(header_of(49, 1, 1, 1), 1), 62);
     EXPECT_EQ(error(header_of(largest, largest, 1, 1), 8), 62) << "a size of 2^65 bytes";
-    EXPECT_EQ(error(header_of(0, 1, 1, 1), 1), 9);
-    EXPECT_EQ(error(header_of(-1, 1, 1, 1), 1), 9);
-    EXPECT_EQ(error(header_of(1, 0, 1, 1), 1), 9);
-    EXPECT_EQ(error(header_of(1, 2, 1, -1), 1), 9);
+    for (const MatrixHeader& empty : {header_of(0, 1, 1, 1), header_of(-1, 1, 1, 1), header_of(1, 0, 1, 1), header_of(1, 2, 1, -1)})
+        EXPECT_EQ(error(empty, 1), 9);
     EXPECT_EQ(error(header_of(1, -2, -1, 3), 1), 0) << "only the product counts";
     EXPECT_EQ(error(header_of(0, 65536, 32768, 0), 1), 6) << "the product comes first";
     EXPECT_EQ(error(header_of(1, 65536, 32767, 2), 1), 6);

@@ -2,9 +2,10 @@
 #include "files/file.h"
 #include "files/text_file.h"
 
-#include "automation/error.h"
 #include "support/client.h"
+#include "support/error_of.h"
 
+#include <filesystem>
 #include <random>
 
 using client::Folder;
@@ -14,18 +15,6 @@ using files::read_whole;
 using files::write_whole;
 
 namespace {
-
-/// The number of the error that an action raises; 0 if it raises none.
-template <class Action>
-int error_of(const Action& action)
-{
-    try {
-        action();
-        return 0;
-    } catch (const automation::Error& error) {
-        return error.number();
-    }
-}
 
 int read_error(const std::wstring& path)
 {
@@ -37,18 +26,10 @@ int write_error(const std::wstring& path)
     return error_of([&] { write_whole(path, "new"); });
 }
 
-/// The names of the files in a folder.
-std::vector<std::wstring> names_in(const Folder& folder)
+/// How many files there are in a folder.
+std::ptrdiff_t files_in(const Folder& folder)
 {
-    std::vector<std::wstring> names;
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW(folder.file(L"*").c_str(), &found);
-    do
-        if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
-            names.push_back(found.cFileName);
-    while (FindNextFileW(search, &found));
-    FindClose(search);
-    return names;
+    return std::distance(std::filesystem::directory_iterator{folder.path()}, {});
 }
 
 files::Handle opened(const std::wstring& path, DWORD sharing)
@@ -73,23 +54,19 @@ TEST(File, IsWrittenAndReadAsAWhole)
         write_whole(path, content);
         EXPECT_EQ(read_whole(path), content);
     }
-    EXPECT_EQ(names_in(folder).size(), 1u) << "nothing else is left behind";
+    EXPECT_EQ(files_in(folder), 1) << "nothing else is left behind";
 }
 
 TEST(File, ErrorsOfNamesAndFolders)
 {
     const Folder folder;
     EXPECT_EQ(read_error(folder.file(L"missing")), 53);
-    EXPECT_EQ(read_error(folder.file(L"missing\\file")), 76);
-    EXPECT_EQ(write_error(folder.file(L"missing\\file")), 76);
-    EXPECT_EQ(read_error(folder.file(L"*.ini")), 52);
-    EXPECT_EQ(write_error(folder.file(L"?.ini")), 52);
-    EXPECT_EQ(write_error(folder.file(L"a<b")), 52);
-    EXPECT_EQ(write_error(folder.file({L"a\0b", 3})), 52);
-    EXPECT_EQ(read_error(folder.file({L"a\0b", 3})), 52);
-    EXPECT_EQ(write_error(folder.file(L".")), 75);
-    EXPECT_EQ(read_error(folder.file(L".")), 75);
-    EXPECT_TRUE(names_in(folder).empty());
+    for (const auto& [name, number] : std::vector<std::pair<std::wstring_view, int>>{
+             {L"missing\\file", 76}, {L"*.ini", 52}, {L"?.ini", 52}, {L"a<b", 52}, {{L"a\0b", 3}, 52}, {L".", 75}}) {
+        EXPECT_EQ(read_error(folder.file(name)), number);
+        EXPECT_EQ(write_error(folder.file(name)), number);
+    }
+    EXPECT_EQ(files_in(folder), 0);
 }
 
 TEST(File, WhatMustNotBeTouchedStaysAsItIs)
@@ -110,7 +87,7 @@ TEST(File, WhatMustNotBeTouchedStaysAsItIs)
         EXPECT_EQ(write_error(path), 70);
     }
     EXPECT_EQ(read_whole(path), "old");
-    EXPECT_EQ(names_in(folder).size(), 1u);
+    EXPECT_EQ(files_in(folder), 1);
 }
 
 TEST(File, KeepsItsAttributes)
@@ -129,16 +106,13 @@ TEST(File, IsWrittenInPlaceWhereItCannotBeReplaced)
 {
     const Folder folder;
     const std::wstring path = folder.write(L"file", "a longer old content");
-    {
-        const auto kept_open = opened(path, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        write_whole(path, "short");
-        char seen[8] = {};
-        DWORD got = 0;
-        ReadFile(kept_open.get(), seen, sizeof seen, &got, nullptr);
-        EXPECT_EQ(std::string(seen, got), "short");
-    }
-    EXPECT_EQ(read_whole(path), "short");
-    EXPECT_EQ(names_in(folder).size(), 1u);
+    const auto kept_open = opened(path, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    write_whole(path, "short");
+    char seen[8] = {};
+    DWORD got = 0;
+    ReadFile(kept_open.get(), seen, sizeof seen, &got, nullptr);
+    EXPECT_EQ(std::string(seen, got), "short");
+    EXPECT_EQ(files_in(folder), 1);
 }
 
 TEST(File, OutputThatIsNotCommittedLeavesNoTrace)
@@ -150,10 +124,10 @@ TEST(File, OutputThatIsNotCommittedLeavesNoTrace)
         given_up.write("new");
         files::Output never_there{folder.file(L"other")};
         never_there.write("new");
-        EXPECT_EQ(names_in(folder).size(), 3u) << "the new contents lie beside";
+        EXPECT_EQ(files_in(folder), 3) << "the new contents lie beside";
     }
     EXPECT_EQ(read_whole(path), "old");
-    EXPECT_EQ(names_in(folder), std::vector<std::wstring>{L"file"});
+    EXPECT_EQ(files_in(folder), 1);
 }
 
 TEST(File, Devices)
@@ -167,14 +141,10 @@ TEST(File, Devices)
 
 TEST(File, ErrorNumbers)
 {
-    const auto number = [](DWORD code) { return error_of([&] { files::raise_file_error(code); }); };
-    EXPECT_EQ(number(ERROR_DISK_FULL), 61);
-    EXPECT_EQ(number(ERROR_HANDLE_DISK_FULL), 61);
-    EXPECT_EQ(number(ERROR_NOT_ENOUGH_MEMORY), 7);
-    EXPECT_EQ(number(ERROR_WRITE_PROTECT), 70);
-    EXPECT_EQ(number(ERROR_CRC), 57);
-    EXPECT_EQ(number(ERROR_BAD_NETPATH), 76);
-    EXPECT_EQ(number(0xFFFFFFFF), 75);
+    for (const auto& [code, number] : std::vector<std::pair<DWORD, int>>{
+             {ERROR_DISK_FULL, 61}, {ERROR_HANDLE_DISK_FULL, 61}, {ERROR_NOT_ENOUGH_MEMORY, 7}, {ERROR_WRITE_PROTECT, 70},
+             {ERROR_CRC, 57}, {ERROR_BAD_NETPATH, 76}, {0xFFFFFFFF, 75}})
+        EXPECT_EQ(error_of([&] { files::raise_file_error(code); }), number) << code;
 }
 
 TEST(CodePage, CharactersOutsideOfItBecomeItsDefaultCharacter)

@@ -55,8 +55,9 @@ TEST(MErrors, TheErrorBoxFramesItsText)
         MessageBoxCatcher box;
         MErrors::ShowErrorBox(L"x");
         ASSERT_TRUE(box.caught());
-        EXPECT_EQ(box.caption, language == 0 ? L"Fehler" : L"Error");
-        EXPECT_EQ(box.text, language == 0 ? L"Fehler x. Bitte informieren Sie den Hersteller!" : L"Error x. Please contact the manufacturer!");
+        EXPECT_EQ(box.caption, language ? L"Error" : L"Fehler");
+        EXPECT_EQ(box.text, language ? L"Error x. Please contact the manufacturer!"
+                                     : L"Fehler x. Bitte informieren Sie den Hersteller!");
         EXPECT_EQ(box.icon, 32513) << "the critical stop";
         EXPECT_EQ(box.buttons, 1);
     }

@@ -1,21 +1,12 @@
 #include "frame/identities.h"
 #include "support/client.h"
 
-#include <qvObjects.h>
-
-#include <set>
+#include <ocidl.h>
 
 using client::Object;
-using client::Value;
+using identities::guid;
 
 namespace {
-
-GUID guid(const wchar_t* text)
-{
-    GUID guid{};
-    EXPECT_EQ(CLSIDFromString(text, &guid), S_OK);
-    return guid;
-}
 
 using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
 using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
@@ -30,6 +21,16 @@ protected:
         return reinterpret_cast<Function>(reinterpret_cast<void*>(function));
     }
 
+    /// Whether an object has this interface.
+    static bool has(IUnknown* object, const GUID& id)
+    {
+        IUnknown* face = nullptr;
+        object->QueryInterface(id, reinterpret_cast<void**>(&face));
+        if (face)
+            face->Release();
+        return face;
+    }
+
     client::Apartment apartment;
     Object keeps_it_loaded = Object::create(L"qvObjects.qvCommon");
 };
@@ -41,50 +42,47 @@ TEST_F(ClassTable, ClassesAreMadeOrNotAsTheirInstancingSays)
     const auto get_class_object = entry<GetClassObject>("DllGetClassObject");
     for (const identities::Class& expected : identities::classes) {
         const std::wstring program = std::wstring{L"qvObjects."} + expected.name;
-        SCOPED_TRACE(std::string(program.begin(), program.end()));
+        SCOPED_TRACE(identities::narrow(program));
         IUnknown* made = nullptr;
-        if (expected.instancing == identities::Instancing::NotCreatable) {
-            CLSID id{};
-            EXPECT_NE(CLSIDFromProgID(program.c_str(), &id), S_OK);
-            EXPECT_EQ(get_class_object(guid(expected.id), IID_IClassFactory, reinterpret_cast<void**>(&made)), CLASS_E_CLASSNOTAVAILABLE);
+        CLSID registered{};
+        if (expected.instancing == identities::NotCreatable) {
+            EXPECT_NE(CLSIDFromProgID(program.c_str(), &registered), S_OK);
+            EXPECT_EQ(get_class_object(guid(expected.id), IID_IClassFactory, reinterpret_cast<void**>(&made)),
+                      CLASS_E_CLASSNOTAVAILABLE);
             continue;
         }
-        CLSID registered{};
+        const Object object = Object::create(program.c_str());
         EXPECT_EQ(CLSIDFromProgID(program.c_str(), &registered), S_OK);
         EXPECT_EQ(registered, guid(expected.id));
-        ASSERT_EQ(CoCreateInstance(registered, nullptr, CLSCTX_INPROC_SERVER, guid(expected.face), reinterpret_cast<void**>(&made)), S_OK);
+        EXPECT_TRUE(has(object.dispatch(), guid(expected.face)));
+        ASSERT_EQ(has(object.dispatch(), IID_IConnectionPointContainer), expected.events != nullptr);
+        if (!expected.events)
+            continue;
         IConnectionPointContainer* container = nullptr;
-        EXPECT_EQ(made->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)) == S_OK, expected.events != nullptr);
-        if (container) {
-            IConnectionPoint* point = nullptr;
-            EXPECT_EQ(container->FindConnectionPoint(guid(expected.events), &point), S_OK);
-            if (point)
-                point->Release();
-            container->Release();
-        }
-        made->Release();
+        IConnectionPoint* point = nullptr;
+        object.dispatch()->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container));
+        EXPECT_EQ(container->FindConnectionPoint(guid(expected.events), &point), S_OK);
+        if (point)
+            point->Release();
+        container->Release();
     }
 }
 
 TEST_F(ClassTable, ObjectsAnswerForEveryFormerIdentifierOfTheirClassOnly)
 {
-    for (const identities::Alias& alias : identities::aliases) {
-        const std::wstring full = alias.name;
-        const std::wstring name = full.substr(0, full.find(L"___"));
-        SCOPED_TRACE(std::string(full.begin(), full.end()));
-        CLSID id{};
-        if (FAILED(CLSIDFromProgID((L"qvObjects." + name).c_str(), &id)))
-            continue; // no client creates it; it is met in the tests of its folder
-        IUnknown *object = nullptr, *former = nullptr;
-        ASSERT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, reinterpret_cast<void**>(&object)), S_OK);
-        EXPECT_EQ(object->QueryInterface(guid(alias.id), reinterpret_cast<void**>(&former)), S_OK);
-        object->Release();
-        if (former) {
-            IDispatch* foreign = nullptr;
-            EXPECT_EQ(keeps_it_loaded.dispatch()->QueryInterface(guid(alias.id), reinterpret_cast<void**>(&foreign)) == S_OK, name == L"qvCommon");
-            if (foreign)
-                foreign->Release();
-            former->Release();
+    for (const identities::FormerInterfaces& former : identities::former_interfaces) {
+        SCOPED_TRACE(identities::narrow(former.name));
+        Object object;
+        if (former.name == L"qvIniSection" || former.name == L"qvIniParameter") { // which only the file gives
+            object = Object::create(L"qvObjects.qvIniFile").object(L"Section", {L"Main"});
+            if (former.name == L"qvIniParameter")
+                object = object.object(L"Parameter", {L"p"});
+        } else {
+            object = Object::create((L"qvObjects." + former.name).c_str());
+        }
+        for (const wchar_t* const id : former.ids) {
+            EXPECT_TRUE(has(object.dispatch(), guid(id))) << identities::narrow(id);
+            EXPECT_EQ(has(keeps_it_loaded.dispatch(), guid(id)), former.name == L"qvCommon");
         }
     }
 }
@@ -96,7 +94,8 @@ TEST_F(ClassTable, TheLibraryStaysAsLongAsAnythingOfItLives)
     ASSERT_TRUE(library);
     EXPECT_EQ(can_unload(), S_FALSE);
     IClassFactory* factory = nullptr;
-    entry<GetClassObject>("DllGetClassObject")(guid(identities::classes[0].id), IID_IClassFactory, reinterpret_cast<void**>(&factory));
+    const auto get_class_object = entry<GetClassObject>("DllGetClassObject");
+    get_class_object(guid(identities::classes[0].id), IID_IClassFactory, reinterpret_cast<void**>(&factory));
     factory->LockServer(TRUE);
     keeps_it_loaded = Object{};
     EXPECT_EQ(can_unload(), S_FALSE);

@@ -1,53 +1,37 @@
 #include "frame/identities.h"
 #include "support/client.h"
 
-#include <qvObjects.h>
-
 #include <map>
-#include <set>
+#include <memory>
+
+using identities::guid;
+using identities::narrow;
 
 namespace {
-
-GUID guid(const wchar_t* text)
-{
-    GUID guid{};
-    EXPECT_EQ(CLSIDFromString(text, &guid), S_OK);
-    return guid;
-}
-
-std::string narrow(const std::wstring& text)
-{
-    return {text.begin(), text.end()};
-}
 
 /// A type of the library with what a browser shows of it.
 class Type {
 public:
-    explicit Type(ITypeInfo* info) : info_{info}
+    explicit Type(ITypeInfo* info) : info_{info, [](ITypeInfo* held) { held->Release(); }}
     {
-        info_->GetTypeAttr(&attributes_);
-        BSTR name = nullptr, help = nullptr;
-        info_->GetDocumentation(MEMBERID_NIL, &name, &help, nullptr, nullptr);
-        this->name = name ? name : L"";
-        this->help = help ? help : L"";
-        SysFreeString(name);
-        SysFreeString(help);
-    }
-    Type(Type&& other) noexcept
-        : name{other.name}, help{other.help}, info_{std::exchange(other.info_, nullptr)},
-          attributes_{std::exchange(other.attributes_, nullptr)}
-    {
-    }
-    ~Type()
-    {
-        if (!info_)
-            return;
-        info_->ReleaseTypeAttr(attributes_);
-        info_->Release();
+        TYPEATTR* attributes = nullptr;
+        info->GetTypeAttr(&attributes);
+        attributes_ = *attributes;
+        info->ReleaseTypeAttr(attributes);
+        client::Value text = client::Value::of_type(VT_BSTR);
+        info->GetDocumentation(MEMBERID_NIL, &text.bstrVal, nullptr, nullptr, nullptr);
+        name = text.text();
     }
 
-    ITypeInfo* operator->() const { return info_; }
-    const TYPEATTR& attributes() const { return *attributes_; }
+    ITypeInfo* operator->() const { return info_.get(); }
+    const TYPEATTR& attributes() const { return attributes_; }
+    /// The help text of a member, or of the type itself.
+    std::wstring help(MEMBERID id = MEMBERID_NIL) const
+    {
+        client::Value text = client::Value::of_type(VT_BSTR);
+        info_->GetDocumentation(id, nullptr, &text.bstrVal, nullptr, nullptr);
+        return text.text();
+    }
     Type implemented(UINT index) const
     {
         HREFTYPE reference = 0;
@@ -61,18 +45,18 @@ public:
         return Type{info};
     }
 
-    std::wstring name, help;
+    std::wstring name;
 
 private:
-    ITypeInfo* info_;
-    TYPEATTR* attributes_ = nullptr;
+    std::shared_ptr<ITypeInfo> info_;
+    TYPEATTR attributes_;
 };
 
 class TypeLibrary : public testing::Test {
 protected:
     TypeLibrary()
     {
-        EXPECT_EQ(LoadRegTypeLib(guid(L"{B713A6BC-B922-11D1-B817-0020182C2F2F}"), 1, 79, 0x409, &library), S_OK);
+        EXPECT_EQ(LoadRegTypeLib(guid(L"B713A6BC-B922-11D1-B817-0020182C2F2F"), 1, 79, 0x409, &library), S_OK);
         for (UINT i = 0; library && i < library->GetTypeInfoCount(); ++i) {
             ITypeInfo* info = nullptr;
             library->GetTypeInfo(i, &info);
@@ -92,16 +76,6 @@ protected:
     std::map<std::wstring, Type> types;
 };
 
-/// The help text of a member.
-std::wstring help_of(const Type& type, MEMBERID id)
-{
-    BSTR text = nullptr;
-    type->GetDocumentation(id, nullptr, &text, nullptr, nullptr);
-    const std::wstring help = text ? text : L"";
-    SysFreeString(text);
-    return help;
-}
-
 } // namespace
 
 TEST_F(TypeLibrary, IsWhatClientsWereCompiledAgainst)
@@ -112,10 +86,9 @@ TEST_F(TypeLibrary, IsWhatClientsWereCompiledAgainst)
     EXPECT_EQ(attributes->lcid, 0x409u);
     EXPECT_EQ(attributes->syskind, SYS_WIN32);
     library->ReleaseTLibAttr(attributes);
-    BSTR name = nullptr;
-    library->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
-    EXPECT_EQ(std::wstring{name}, L"qvObjects");
-    SysFreeString(name);
+    client::Value name = client::Value::of_type(VT_BSTR);
+    library->GetDocumentation(MEMBERID_NIL, &name.bstrVal, nullptr, nullptr, nullptr);
+    EXPECT_EQ(name.text(), L"qvObjects");
 }
 
 TEST_F(TypeLibrary, HoldsEveryClassWithItsIdentities)
@@ -131,8 +104,8 @@ TEST_F(TypeLibrary, HoldsEveryClassWithItsIdentities)
         const Type& type = types.at(expected.name);
         EXPECT_EQ(type.attributes().guid, guid(expected.id));
         const WORD flags = type.attributes().wTypeFlags;
-        EXPECT_EQ((flags & TYPEFLAG_FCANCREATE) != 0, expected.instancing != identities::Instancing::NotCreatable);
-        EXPECT_EQ((flags & TYPEFLAG_FAPPOBJECT) != 0, expected.instancing == identities::Instancing::Global);
+        EXPECT_EQ((flags & TYPEFLAG_FCANCREATE) != 0, expected.instancing != identities::NotCreatable);
+        EXPECT_EQ((flags & TYPEFLAG_FAPPOBJECT) != 0, expected.instancing == identities::Global);
 
         bool has_default = false, has_events = false;
         for (UINT i = 0; i < type.attributes().cImplTypes; ++i) {
@@ -161,16 +134,16 @@ TEST_F(TypeLibrary, HoldsEveryClassWithItsIdentities)
 
 TEST_F(TypeLibrary, KeepsEveryFormerIdentifier)
 {
-    for (const identities::Alias& expected : identities::aliases) {
-        SCOPED_TRACE(narrow(expected.name));
-        ASSERT_TRUE(types.contains(expected.name));
-        const Type& type = types.at(expected.name);
-        EXPECT_EQ(type.attributes().typekind, TKIND_ALIAS);
-        EXPECT_EQ(type.attributes().guid, guid(expected.id));
-        EXPECT_TRUE(type.attributes().wTypeFlags & TYPEFLAG_FHIDDEN);
-        const std::wstring full = expected.name;
-        EXPECT_EQ(type.referred(type.attributes().tdescAlias.hreftype).name, L"_" + full.substr(0, full.find(L"___")));
-    }
+    for (const identities::FormerInterfaces& expected : identities::former_interfaces)
+        for (std::size_t i = 0; i < expected.ids.size(); ++i) {
+            SCOPED_TRACE(narrow(expected.alias(i)));
+            ASSERT_TRUE(types.contains(expected.alias(i)));
+            const Type& type = types.at(expected.alias(i));
+            EXPECT_EQ(type.attributes().typekind, TKIND_ALIAS);
+            EXPECT_EQ(type.attributes().guid, guid(expected.ids[i]));
+            EXPECT_TRUE(type.attributes().wTypeFlags & TYPEFLAG_FHIDDEN);
+            EXPECT_EQ(type.referred(type.attributes().tdescAlias.hreftype).name, L"_" + expected.name);
+        }
 }
 
 TEST_F(TypeLibrary, ExplainsEveryClassMemberAndEnumeration)
@@ -178,7 +151,7 @@ TEST_F(TypeLibrary, ExplainsEveryClassMemberAndEnumeration)
     for (const auto& [name, type] : types) {
         SCOPED_TRACE(narrow(name));
         if (type.attributes().typekind != TKIND_ALIAS) {
-            EXPECT_FALSE(type.help.empty());
+            EXPECT_NE(type.help(), L"");
         }
         if (type.attributes().typekind != TKIND_DISPATCH)
             continue;
@@ -186,7 +159,7 @@ TEST_F(TypeLibrary, ExplainsEveryClassMemberAndEnumeration)
             FUNCDESC* function = nullptr;
             type->GetFuncDesc(i, &function);
             if (function->memid < 0x60000000) { // not one of IDispatch itself
-                EXPECT_FALSE(help_of(type, function->memid).empty()) << "member " << function->memid;
+                EXPECT_NE(type.help(function->memid), L"") << "member " << function->memid;
             }
             type->ReleaseFuncDesc(function);
         }
@@ -200,7 +173,7 @@ TEST_F(TypeLibrary, KnowsTheNameWithTheUmlaut)
         auto text = const_cast<LPOLESTR>(name);
         MEMBERID id = MEMBERID_NIL;
         EXPECT_EQ(common->GetIDsOfNames(&text, 1, &id), S_OK);
-        EXPECT_FALSE(help_of(common, id).empty());
+        EXPECT_NE(common.help(id), L"");
     }
     EXPECT_EQ(types.at(L"EErrorSharedString").attributes().typekind, TKIND_ENUM);
 }

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <random>
 #include <string_view>
 
@@ -60,12 +61,9 @@ private:
         const std::size_t place = below(bytes.size() + 1);
         switch (below(7)) {
         case 0:
-            if (place < bytes.size())
-                bytes[place] = static_cast<char>(random_());
-            break;
         case 1:
             if (place < bytes.size())
-                bytes[place] ^= static_cast<char>(1u << below(8));
+                bytes[place] ^= static_cast<char>(below(2) == 0 ? random_() : 1u << below(8));
             break;
         case 2:
             bytes.insert(place, 1, static_cast<char>(random_()));
@@ -108,29 +106,18 @@ int main(int count, char** arguments)
     __sanitizer_set_death_callback(save_input);
     std::signal(SIGABRT, [](int) { save_input(); });
 
-    unsigned long runs = 20'000, longest = 4096;
-    unsigned seed = 1;
-    double seconds = 0;
+    double runs = 20'000, longest = 4096, seed = 1, seconds = 0;
+    const std::map<std::string_view, double*> options{
+        {"--runs", &runs}, {"--longest", &longest}, {"--seed", &seed}, {"--seconds", &seconds}};
     bool given = false;
     for (int i = 1; i < count; ++i) {
-        const std::string_view argument = arguments[i];
-        if (argument.starts_with("--") && i + 1 < count) {
-            const char* const value = arguments[++i];
-            if (argument == "--runs")
-                runs = std::strtoul(value, nullptr, 10);
-            else if (argument == "--seconds")
-                seconds = std::strtod(value, nullptr);
-            else if (argument == "--seed")
-                seed = static_cast<unsigned>(std::strtoul(value, nullptr, 10));
-            else if (argument == "--longest")
-                longest = std::strtoul(value, nullptr, 10);
-            else
-                return std::fprintf(stderr, "unknown option %s\n", arguments[i - 1]), 2;
+        if (const auto option = options.find(arguments[i]); option != options.end() && i + 1 < count) {
+            *option->second = std::strtod(arguments[++i], nullptr);
             continue;
         }
         std::ifstream file{arguments[i], std::ios::binary};
         if (!file)
-            return std::fprintf(stderr, "%s can't be read\n", arguments[i]), 2;
+            return std::fprintf(stderr, "%s is no option and no file that can be read\n", arguments[i]), 2;
         input.assign(std::istreambuf_iterator<char>{file}, {});
         run_input();
         given = true;
@@ -138,15 +125,14 @@ int main(int count, char** arguments)
     if (given)
         return 0;
 
-    Mutator mutator{seed, longest};
+    Mutator mutator{static_cast<unsigned>(seed), static_cast<std::size_t>(longest)};
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); };
-    unsigned long done = 0;
-    double bytes = 0;
+    double done = 0, bytes = 0;
     for (; seconds > 0 ? elapsed() < seconds : done < runs; ++done) {
         mutator.mutate(input);
         bytes += static_cast<double>(input.size());
         run_input();
     }
-    std::printf("%s: %lu inputs, %.1f MB, seed %u, %.1f s\n", name.c_str(), done, bytes / 1e6, seed, elapsed());
+    std::printf("%s: %.0f inputs, %.1f MB, seed %.0f, %.1f s\n", name.c_str(), done, bytes / 1e6, seed, elapsed());
 }

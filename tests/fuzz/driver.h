@@ -1,7 +1,11 @@
 #pragma once
 
+#include "automation/error.h"
+
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -15,3 +19,16 @@ std::vector<std::string> fuzz_seeds();
 
 /// Ends the program with this message if `holds` is false; the driver then saves the input.
 void fuzz_require(bool holds, const char* message);
+
+/// Whether an action succeeds; these errors are the only ones that an input may raise.
+template <class Action>
+bool fuzz_succeeds(std::initializer_list<int> errors, const Action& action)
+{
+    try {
+        action();
+        return true;
+    } catch (const automation::Error& error) {
+        fuzz_require(std::ranges::count(errors, error.number()) == 1, "an error that no input raises");
+        return false;
+    }
+}

@@ -1,12 +1,11 @@
 #include "numeric/moving_average.h"
 
+#include "support/error_of.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
-#include <random>
 
-using automation::Error;
 using numeric::HalfWidths;
 using numeric::NumberColumn;
 using numeric::Part;
@@ -21,38 +20,13 @@ struct Smoothed {
 };
 
 /// A column whose first element is that of row `first`.
-template <class Number>
-Smoothed smoothed(Widening widening, int width, const std::vector<Number>& numbers, Row first = 1)
+Smoothed smoothed(Widening widening, int width, const std::vector<double>& numbers, Row first = 1)
 {
     const Row rows = static_cast<Row>(numbers.size()) + first - 1;
     Smoothed result{std::vector<double>(static_cast<std::size_t>(rows)), {}};
-    numeric::smooth(NumberColumn<Number>{numbers, first}, HalfWidths{widening, width, rows}, result.averages.data(),
+    numeric::smooth(NumberColumn<double>{numbers, first}, HalfWidths{widening, width, rows}, result.averages.data(),
                     [&](Part part) { result.reports.push_back(part); });
     return result;
-}
-
-void expect_averages(Widening widening, int width, const std::vector<double>& numbers, const std::vector<double>& expected)
-{
-    SCOPED_TRACE(testing::Message() << "widening " << static_cast<int>(widening) << ", width " << width);
-    const Smoothed result = smoothed(widening, width, numbers);
-    ASSERT_EQ(result.averages.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        EXPECT_NEAR(result.averages[i], expected[i], 1e-12) << "in row " << i + 1;
-    EXPECT_TRUE(result.reports.empty());
-}
-
-template <class Action>
-std::int32_t error_of(const Action& action)
-try {
-    action();
-    return 0;
-} catch (const Error& error) {
-    return error.number();
-}
-
-std::int32_t error_of_smoothing(Widening widening, int width, std::vector<double> numbers, Row first = 1)
-{
-    return error_of([&] { smoothed(widening, width, numbers, first); });
 }
 
 std::vector<int> half_widths(Widening widening, int width, Row rows)
@@ -84,79 +58,67 @@ TEST(MovingAverage, HalfWidthsAreRoundedHalvesToTheEvenOne)
 
 TEST(MovingAverage, ColumnsComputedByHand)
 {
-    expect_averages(Widening::Logarithmic, 3, {1, 2, 4, 8, 16, 32}, {1, 7 / 3., 14 / 3., 28 / 3., 76 / 5., 16});
-    expect_averages(Widening::Linear, 2, {6, 3, 9, 3, 6, 12}, {6, 6, 27 / 5., 33 / 5., 36 / 5., 48 / 7.});
-    expect_averages(Widening::Constant, 1, {1, 2, 4, 8}, {1, 7 / 3., 14 / 3., 16 / 3.});
-    expect_averages(Widening::Constant, 2, {1, 2, 4, 8, 16}, {1, 15 / 4., 31 / 5., 38 / 5., 40 / 5.});
-    expect_averages(Widening::Constant, 2, {1, 2, 4, 8}, {1, 15 / 4., 15 / 4., 14 / 3.});
-    expect_averages(Widening::Constant, 9, {1, 2, 6}, {1, 3, 3});
-    expect_averages(Widening::Constant, 1, {1, 2}, {1, 1.5});
-    expect_averages(Widening::Constant, -1, {1, 2, 6}, {1, 2, 6});
-    for (const Widening any : {Widening::Logarithmic, Widening::Constant, Widening::Linear})
-        expect_averages(any, 5, {7}, {7});
-}
-
-// Spans that begin in row 1 or below it and widen by one row at a time: every average is the mean of its span.
-TEST(MovingAverage, EachAverageIsTheMeanOfItsSpan)
-{
-    std::mt19937 random{1};
-    for (int round = 0; round < 1000; ++round) {
-        const auto widening = static_cast<Widening>(1 + round % 3);
-        const int width = static_cast<int>(random() % 5) + 2;
-        const Row rows = static_cast<Row>(20 + random() % 200);
-        std::vector<float> numbers(static_cast<std::size_t>(rows));
-        std::ranges::generate(numbers, [&] { return std::uniform_real_distribution<float>{-1, 1}(random); });
-        const HalfWidths half_widths{widening, width, rows};
-        const Smoothed doubles = smoothed(widening, width, std::vector<double>(numbers.begin(), numbers.end()));
-        const Smoothed singles = smoothed(widening, width, numbers);
-        for (Row row = 1; row <= rows; ++row) {
-            const Row half_width = row == 1 ? 0 : half_widths(row);
-            const Row first = std::max<Row>(row - half_width, 1), last = row + half_width;
-            double sum = 0;
-            for (Row i = first; i <= last; ++i)
-                sum += double{numbers[static_cast<std::size_t>((i <= rows ? i : 2 * rows - i) - 1)]};
-            const double mean = sum / static_cast<double>(last - first + 1);
-            ASSERT_NEAR(doubles.averages[static_cast<std::size_t>(row - 1)], mean, 1e-12) << row << " of " << rows;
-            ASSERT_NEAR(singles.averages[static_cast<std::size_t>(row - 1)], mean, 2e-5) << row << " of " << rows;
-        }
-        ASSERT_TRUE(doubles.reports.empty());
+    constexpr auto logarithmic = Widening::Logarithmic, constant = Widening::Constant, linear = Widening::Linear;
+    const struct {
+        Widening widening;
+        int width;
+        std::vector<double> numbers, averages;
+    } cases[]{{logarithmic, 3, {1, 2, 4, 8, 16, 32}, {1, 7 / 3., 14 / 3., 28 / 3., 76 / 5., 16}},
+              {linear, 2, {6, 3, 9, 3, 6, 12}, {6, 6, 27 / 5., 33 / 5., 36 / 5., 48 / 7.}},
+              {constant, 1, {1, 2, 4, 8}, {1, 7 / 3., 14 / 3., 16 / 3.}},
+              {constant, 2, {1, 2, 4, 8, 16}, {1, 15 / 4., 31 / 5., 38 / 5., 40 / 5.}},
+              {constant, 2, {1, 2, 4, 8}, {1, 15 / 4., 15 / 4., 14 / 3.}},
+              {constant, 9, {1, 2, 6}, {1, 3, 3}},
+              {constant, 1, {1, 2}, {1, 1.5}},
+              {constant, -1, {1, 2, 6}, {1, 2, 6}},
+              {logarithmic, 5, {7}, {7}}, {constant, 5, {7}, {7}}, {linear, 5, {7}, {7}}};
+    for (const auto& [widening, width, numbers, averages] : cases) {
+        SCOPED_TRACE(testing::Message() << "widening " << static_cast<int>(widening) << ", width " << width);
+        const Smoothed result = smoothed(widening, width, numbers);
+        ASSERT_EQ(result.averages.size(), averages.size());
+        for (std::size_t i = 0; i < averages.size(); ++i)
+            EXPECT_NEAR(result.averages[i], averages[i], 1e-12) << "in row " << i + 1;
+        EXPECT_TRUE(result.reports.empty());
     }
 }
 
 TEST(MovingAverage, StepsOtherThanZeroAndOneAreReported)
 {
     // Half-widths 0, 2, 3, 3, 4, 4, 5, 5: the row before row 1 leaves the span of row 4.
-    const Smoothed body = smoothed(Widening::Logarithmic, 7, std::vector<double>{70, 1, 2, 3, 4, 5, 6, 7, 8}, 0);
+    const Smoothed body = smoothed(Widening::Logarithmic, 7, {70, 1, 2, 3, 4, 5, 6, 7, 8}, 0);
     EXPECT_EQ(body.reports, std::vector{Part::Body});
     EXPECT_EQ((std::vector<double>{body.averages.begin(), body.averages.begin() + 4}),
               (std::vector<double>{1, 0, 11 / 7., 11 / 7. + (7 - 70) / 7.}));
     EXPECT_EQ(smoothed(Widening::Logarithmic, 7, std::vector<double>(7), 0).reports, std::vector{Part::Tail});
-    const Smoothed narrowing = smoothed(Widening::Linear, -3, std::vector<double>{5, 6, 7});
+    const Smoothed narrowing = smoothed(Widening::Linear, -3, {5, 6, 7});
     EXPECT_EQ(narrowing.reports, std::vector{Part::Body});
     EXPECT_EQ(narrowing.averages, (std::vector<double>{5, 0, 1}));
 }
 
 TEST(MovingAverage, MissingRowsAndOverflowRaise)
 {
-    const std::vector<double> eight{1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_EQ(error_of_smoothing(Widening::Logarithmic, 1, eight, 2), 9);
-    EXPECT_EQ(error_of_smoothing(Widening::Logarithmic, 7, eight), 9);
-    EXPECT_EQ(error_of_smoothing(Widening::Linear, 1, eight), 9);
-    EXPECT_EQ(error_of_smoothing(Widening::Linear, -1, eight), 9);
-    for (const int width : {-2, -3, -8, -32768}) {
-        EXPECT_EQ(error_of_smoothing(Widening::Constant, width, eight), 9);
-        EXPECT_EQ(error_of_smoothing(Widening::Constant, width, std::vector<double>(30), -20), 9);
-    }
-
     constexpr double huge = std::numeric_limits<double>::max(), infinite = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(error_of_smoothing(Widening::Constant, 1, {1, 2, 3, 4, -huge, 5, 6, huge}), 6);
-    EXPECT_EQ(error_of_smoothing(Widening::Constant, 1, {huge, huge, 1}), 6);
-    EXPECT_EQ(error_of_smoothing(Widening::Linear, 2, {huge, huge, huge, 1, 2, 3}), 6);
-    const Smoothed infinities = smoothed(Widening::Constant, 1, std::vector<double>{1, 2, 3, infinite, 5, 6});
+    const std::vector<double> eight{1, 2, 3, 4, 5, 6, 7, 8}, thirty(30);
+    const struct {
+        Widening widening;
+        int width;
+        std::vector<double> numbers;
+        Row first;
+        std::int32_t error;
+    } cases[]{{Widening::Logarithmic, 1, eight, 2, 9},
+              {Widening::Logarithmic, 7, eight, 1, 9},
+              {Widening::Linear, 1, eight, 1, 9},
+              {Widening::Linear, -1, eight, 1, 9},
+              {Widening::Constant, -2, eight, 1, 9},
+              {Widening::Constant, -8, eight, 1, 9},
+              {Widening::Constant, -2, thirty, -20, 9},
+              {Widening::Constant, -32768, thirty, -20, 9},
+              {Widening::Constant, 1, {1, 2, 3, 4, -huge, 5, 6, huge}, 1, 6},
+              {Widening::Constant, 1, {huge, huge, 1}, 1, 6},
+              {Widening::Linear, 2, {huge, huge, huge, 1, 2, 3}, 1, 6}};
+    for (const auto& [widening, width, numbers, first, error] : cases)
+        EXPECT_EQ(error_of([&] { smoothed(widening, width, numbers, first); }), error) << "width " << width << " from " << first;
+    const Smoothed infinities = smoothed(Widening::Constant, 1, {1, 2, 3, infinite, 5, 6});
     EXPECT_EQ(infinities.averages[2], infinite);
     EXPECT_TRUE(std::isnan(infinities.averages[5]));
-
-    constexpr float large = std::numeric_limits<float>::max();
-    const Smoothed singles = smoothed(Widening::Constant, 1, std::vector<float>{-large, 0, 0, large});
-    EXPECT_EQ(singles.averages[2], -double{large} / 3 + 2 * double{large} / 3);
 }

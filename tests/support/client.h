@@ -148,11 +148,11 @@ public:
         return id;
     }
 
-    Outcome invoke(DISPID id, WORD flags, std::initializer_list<Value> arguments) const
+    Outcome invoke(DISPID id, WORD flags, const std::vector<Value>& arguments) const
     {
         std::vector<VARIANTARG> reversed(arguments.size());
         for (std::size_t i = 0; i < arguments.size(); ++i)
-            reversed[arguments.size() - 1 - i] = *(arguments.begin() + i);
+            reversed[arguments.size() - 1 - i] = arguments[i];
         DISPID put = DISPID_PROPERTYPUT;
         const bool sets = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
         DISPPARAMS parameters{reversed.data(), sets ? &put : nullptr, static_cast<UINT>(reversed.size()), sets ? 1u : 0u};
@@ -174,7 +174,7 @@ public:
     }
 
     /// Calls a member as scripts do, whatever comes of it.
-    Outcome try_call(const wchar_t* member, std::initializer_list<Value> arguments = {}) const
+    Outcome try_call(const wchar_t* member, const std::vector<Value>& arguments = {}) const
     {
         return invoke(id(member), DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
     }
@@ -188,7 +188,7 @@ public:
     }
 
     /// The same where it has to succeed.
-    Value call(const wchar_t* member, std::initializer_list<Value> arguments = {}) const
+    Value call(const wchar_t* member, const std::vector<Value>& arguments = {}) const
     {
         Outcome outcome = try_call(member, arguments);
         EXPECT_EQ(outcome.result, S_OK) << "error " << outcome.number();

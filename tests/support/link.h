@@ -16,23 +16,14 @@ public:
     {
         constexpr DWORD unprivileged = 2;
         CreateSymbolicLinkW(path_.c_str(), target.c_str(), (to_folder ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0) | unprivileged);
-        if (exists())
-            return;
         std::ranges::replace(target, L'\\', L'/');
-        run(L"ln -s " + target + L" " + name_);
-        for (int i = 0; i < 500 && !exists(); ++i)
-            Sleep(10);
+        run_until(true, L"ln -s " + target + L" " + name_);
     }
     ~Link()
     {
-        if (!exists())
-            return;
-        if (opens_itself())
-            is_folder() ? RemoveDirectoryW(path_.c_str()) : DeleteFileW(path_.c_str());
-        else
-            run(L"rm -f " + name_);
-        for (int i = 0; i < 500 && exists(); ++i)
-            Sleep(10);
+        if (opens_itself() && !RemoveDirectoryW(path_.c_str()))
+            DeleteFileW(path_.c_str());
+        run_until(false, L"rm -f " + name_);
     }
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -52,18 +43,19 @@ public:
     }
 
 private:
-    bool is_folder() const { return GetFileAttributesW(path_.c_str()) & FILE_ATTRIBUTE_DIRECTORY; }
-
-    void run(const std::wstring& command) const
+    /// Starts a program of Wine's own system, whose end nobody hears of, unless there is a link already, or none any more.
+    void run_until(bool there, const std::wstring& command) const
     {
         STARTUPINFOW start{};
-        start.cb = sizeof start;
         PROCESS_INFORMATION process{};
         std::wstring line = L"\\\\?\\unix\\bin\\" + command;
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder_.c_str(), &start, &process)) {
-            CloseHandle(process.hThread);
-            CloseHandle(process.hProcess);
-        }
+        if (exists() == there ||
+            !CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder_.c_str(), &start, &process))
+            return;
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+        for (int i = 0; i < 500 && exists() != there; ++i)
+            Sleep(10);
     }
 
     std::wstring folder_, name_, path_;

@@ -28,10 +28,10 @@ inline Value array(VARTYPE type, std::vector<SAFEARRAYBOUND> bounds, const std::
     return made;
 }
 
-/// A list of Variants that counts from this index.
-inline Value list(LONG first, const std::vector<Value>& elements)
+/// A list that counts from this index.
+inline Value list(LONG first, const std::vector<Value>& elements, VARTYPE type = VT_VARIANT)
 {
-    return array(VT_VARIANT, {{static_cast<ULONG>(elements.size()), first}}, elements);
+    return array(type, {{static_cast<ULONG>(elements.size()), first}}, elements);
 }
 
 /// A table whose rows and columns count from these indexes.
@@ -45,24 +45,57 @@ inline Value table(VARTYPE type, LONG first_row, LONG first_column, const std::v
     return array(type, {{static_cast<ULONG>(rows.size()), first_row}, {columns, first_column}}, elements);
 }
 
-/// A table as text: its first row and column, and its elements with a decimal point, row by row in brackets: "1,0: (1 2) (3 4)".
-inline std::wstring told(const Value& table)
+/// A value as text: numbers with a decimal point, a Long with & and a Double with # behind it, texts in quotes, Empty as -.
+inline std::wstring told_value(const Value& value)
 {
-    if (!(table.vt & VT_ARRAY) || table.parray->cDims != 2)
-        return L"no table";
-    const SAFEARRAYBOUND rows = table.parray->rgsabound[1], columns = table.parray->rgsabound[0];
-    std::wstring all = std::to_wstring(rows.lLbound) + L"," + std::to_wstring(columns.lLbound) + L":";
+    switch (value.vt) {
+    case VT_EMPTY:
+        return L"-";
+    case VT_NULL:
+        return L"Null";
+    case VT_BSTR:
+        return L"'" + value.text() + L"'";
+    case VT_ERROR:
+        return L"error";
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return value.punkVal ? L"object" : L"nothing";
+    default:
+        Value text;
+        if (FAILED(VariantChangeTypeEx(&text, const_cast<Value*>(&value), 0x409, 0, VT_BSTR)))
+            return L"type " + std::to_wstring(value.vt);
+        return text.text() + (value.vt == VT_I4 ? L"&" : value.vt == VT_R8 ? L"#" : L"");
+    }
+}
+
+/// A list or a table as text: the type of its elements, the first index of each dimension, and the elements, a table's row by
+/// row in brackets: "Byte 3: 7 8", "Variant 1,0: (1& 'a')(- 2.5#)". Only among Variants each number shows its type.
+inline std::wstring told(const Value& value)
+{
+    if (!(value.vt & VT_ARRAY) || !value.parray || value.parray->cDims > 2)
+        return told_value(value);
+    const SAFEARRAY& array = *value.parray;
+    const bool is_table = array.cDims == 2;
+    const auto type = static_cast<VARTYPE>(value.vt & VT_TYPEMASK);
+    const SAFEARRAYBOUND rows = array.rgsabound[array.cDims - 1], columns = is_table ? array.rgsabound[0] : SAFEARRAYBOUND{1, 0};
+    std::wstring all = type == VT_VARIANT ? L"Variant" : type == VT_BSTR ? L"String" : type == VT_DISPATCH ? L"Object"
+                     : type == VT_I4 ? L"Long" : type == VT_I2 ? L"Integer" : type == VT_UI1 ? L"Byte"
+                     : type == VT_R8 ? L"Double" : type == VT_R4 ? L"Single" : L"type " + std::to_wstring(type);
+    all += L" " + std::to_wstring(rows.lLbound) + (is_table ? L"," + std::to_wstring(columns.lLbound) + L": " : L":");
     for (ULONG row = 0; row < rows.cElements; ++row) {
-        all += L" (";
+        all += is_table ? L"(" : L"";
         for (ULONG column = 0; column < columns.cElements; ++column) {
-            LONG place[]{rows.lLbound + static_cast<LONG>(row), columns.lLbound + static_cast<LONG>(column)};
-            Value element = Value::of_type(static_cast<VARTYPE>(table.vt & VT_TYPEMASK));
-            const bool whole = element.vt == VT_VARIANT || element.vt == VT_DECIMAL;
-            EXPECT_EQ(SafeArrayGetElement(table.parray, place, whole ? static_cast<void*>(&element) : &element.lVal), S_OK);
-            EXPECT_EQ(VariantChangeTypeEx(&element, &element, 0x409, 0, VT_BSTR), S_OK);
-            all += (column ? L" " : L"") + element.text();
+            const auto* place = static_cast<std::byte*>(array.pvData) + (column * rows.cElements + row) * array.cbElements;
+            Value shared = Value::of_type(type);
+            const bool whole = type == VT_VARIANT || type == VT_DECIMAL;
+            std::memcpy(whole ? static_cast<void*>(&shared) : &shared.lVal, place, array.cbElements);
+            std::wstring element = told_value(shared);
+            shared.vt = VT_EMPTY; // it is the array's
+            if ((type == VT_I4 || type == VT_R8) && !element.empty())
+                element.pop_back();
+            all += (column > 0 || !is_table ? L" " : L"") + element;
         }
-        all += L")";
+        all += is_table ? L")" : L"";
     }
     return all;
 }

@@ -1,6 +1,6 @@
-#include "support/client.h"
 #include "support/dispatch_object.h"
 #include "support/message_box.h"
+#include "support/tables.h"
 
 using client::expect_error;
 using client::Object;
@@ -24,21 +24,10 @@ Thing::Answer giving(Thing::Member member, Value value)
     };
 }
 
-/// An array whose index starts at `low`.
-template <class Element>
-Value array(VARTYPE type, LONG low, std::initializer_list<Element> elements)
+/// A list of this type whose index starts at `low`.
+Value array(VARTYPE type, LONG low, const std::vector<Value>& elements)
 {
-    SAFEARRAYBOUND bound{static_cast<ULONG>(elements.size()), low};
-    Value value = Value::of_type(static_cast<VARTYPE>(VT_ARRAY | type));
-    value.parray = SafeArrayCreate(type, 1, &bound);
-    for (const Element& element : elements) {
-        const void* content = &element;
-        if constexpr (std::is_pointer_v<Element>)
-            content = element;
-        EXPECT_EQ(SafeArrayPutElement(value.parray, &low, const_cast<void*>(content)), S_OK);
-        ++low;
-    }
-    return value;
+    return client::array(type, {{static_cast<ULONG>(elements.size()), low}}, elements);
 }
 
 /// What the platform writes for a value in the user's locale.
@@ -79,21 +68,18 @@ TEST_F(Texts, InsertTakesAnyValuesInTheUsersLocale)
 
 TEST_F(Texts, InsertTakesTheElementsOfTheOnlyArray)
 {
-    Value values = array(VT_VARIANT, 5, {Value{L"a"}, Value{2}});
+    Value values = array(VT_VARIANT, 5, {L"a", 2});
     EXPECT_EQ(insert({L"|1 |2 |3", values}), L"a 2 |3");
     EXPECT_EQ(insert({L"|1 |2", Value::variable(values)}), L"a 2");
     EXPECT_EQ(insert({L"|1 |2", Value::reference(VT_ARRAY | VT_VARIANT, &values.parray)}), L"a 2");
-    EXPECT_EQ(insert({L"|1", array<int>(VT_VARIANT, 0, {})}), L"|1");
+    EXPECT_EQ(insert({L"|1", array(VT_VARIANT, 0, {})}), L"|1");
 
-    EXPECT_EQ(insert({L"|1 |2", array<short>(VT_I2, 1, {-1, 2})}), L"-1 2");
-    EXPECT_EQ(insert({L"|1 |2", array<unsigned char>(VT_UI1, -3, {0, 255})}), L"0 255");
-    EXPECT_EQ(insert({L"|1 |2", array<double>(VT_R8, 0, {.5, -2})}), in_locale(.5) + L" -2");
-    EXPECT_EQ(insert({L"|1", array<VARIANT_BOOL>(VT_BOOL, 0, {VARIANT_TRUE})}), in_locale(true));
-    const Value one{L"eins"}, two{L""};
-    EXPECT_EQ(insert({L"|1|2", array<BSTR>(VT_BSTR, 0, {one.bstrVal, two.bstrVal})}), L"eins");
-    DECIMAL three;
-    VarDecFromI4(3, &three);
-    EXPECT_EQ(insert({L"|1", array<DECIMAL*>(VT_DECIMAL, 0, {&three})}), L"3");
+    EXPECT_EQ(insert({L"|1 |2", array(VT_I2, 1, {-1, 2})}), L"-1 2");
+    EXPECT_EQ(insert({L"|1 |2", array(VT_UI1, -3, {0, 255})}), L"0 255");
+    EXPECT_EQ(insert({L"|1 |2", array(VT_R8, 0, {.5, -2})}), in_locale(.5) + L" -2");
+    EXPECT_EQ(insert({L"|1", array(VT_BOOL, 0, {true})}), in_locale(true));
+    EXPECT_EQ(insert({L"|1|2", array(VT_BSTR, 0, {L"eins", L""})}), L"eins");
+    EXPECT_EQ(insert({L"|1", array(VT_DECIMAL, 0, {3})}), L"3");
 }
 
 TEST_F(Texts, InsertRaisesWhatTheFirstValueFailsWith)
@@ -103,13 +89,10 @@ TEST_F(Texts, InsertRaisesWhatTheFirstValueFailsWith)
     expect_error(common.try_call(L"Ins", {L"|1", array(VT_VARIANT, 5, {Value::null()})}), 94, L"Invalid use of Null");
     expect_error(common.try_call(L"Insert", {L"|1", Value::of_type(VT_ERROR), L"b"}), 13, L"Type mismatch");
     EXPECT_EQ(common.try_call(L"Insert", {L"|1", &thing}).result, DISP_E_EXCEPTION);
-    EXPECT_EQ(insert({L"|1 |2 |3 |4 |5", L"a", Value::null(), &thing, array<short>(VT_I2, 0, {1}), L"e"}), L"a a a a e");
+    EXPECT_EQ(insert({L"|1 |2 |3 |4 |5", L"a", Value::null(), &thing, array(VT_I2, 0, {1}), L"e"}), L"a a a a e");
 
-    SAFEARRAYBOUND bounds[]{{2, 0}, {2, 0}};
-    Value table = Value::of_type(VT_ARRAY | VT_VARIANT);
-    expect_error(common.try_call(L"Insert", {L"|1", table}), 9, L"Subscript out of range");
-    table.parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
-    expect_error(common.try_call(L"Insert", {L"|1", table}), 9, L"Subscript out of range");
+    for (const Value& wrong : {Value::of_type(VT_ARRAY | VT_VARIANT), client::table(VT_VARIANT, 0, 0, {{L"a"}})})
+        expect_error(common.try_call(L"Insert", {L"|1", wrong}), 9, L"Subscript out of range");
     std::wstring message;
     for (int i = 0; i < 0x8000; ++i)
         message += L"|1";
@@ -206,9 +189,9 @@ TEST_F(Texts, GetShortTextKeepsTheLength)
 {
     const HDC context = CreateCompatibleDC(nullptr);
     const auto handle = static_cast<long>(reinterpret_cast<LONG_PTR>(context));
-    const std::wstring path = L"C:\\Folder\\Another folder\\file.txt";
+    const wchar_t* path = L"C:\\Folder\\Another folder\\file.txt";
     const std::wstring result = text(L"GetShortText", {handle, path, 120});
-    EXPECT_EQ(result.size(), path.size());
+    EXPECT_EQ(result.size(), std::wcslen(path));
     EXPECT_TRUE(std::wstring{result.c_str()}.ends_with(L"...\\file.txt"));
     EXPECT_EQ(text(L"GetShortText", {handle, path, 120, DT_END_ELLIPSIS}), path);
     DeleteDC(context);
