@@ -5,6 +5,18 @@
 namespace files {
 namespace {
 
+/// While this lives the system does not ask the user for a disk: an empty drive holds nothing.
+class NoDiskRequests {
+public:
+    NoDiskRequests() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &former_); }
+    ~NoDiskRequests() { SetThreadErrorMode(former_, nullptr); }
+    NoDiskRequests(const NoDiskRequests&) = delete;
+    NoDiskRequests& operator=(const NoDiskRequests&) = delete;
+
+private:
+    DWORD former_ = 0;
+};
+
 bool means_nothing_found(DWORD code) noexcept
 {
     return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_NO_MORE_FILES;
@@ -25,6 +37,7 @@ FolderSearch::FolderSearch(std::wstring_view pattern, long admitted) : admitted_
     std::wstring path{pattern};
     if (path.back() == L'\\')
         path += L"*.*";
+    const NoDiskRequests quiet;
     search_ = FindFirstFileW(path.c_str(), &found_);
     failed_ = search_ == INVALID_HANDLE_VALUE && !means_nothing_found(GetLastError());
 }
@@ -52,6 +65,7 @@ bool finds(std::wstring_view pattern, long admitted)
 
 bool is_folder(const std::wstring& path) noexcept
 {
+    const NoDiskRequests quiet;
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
