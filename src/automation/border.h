@@ -3,6 +3,8 @@
 #include "automation/error.h"
 #include "automation/values.h"
 
+#include <xmmintrin.h>
+
 #include <type_traits>
 
 /// Where the library's C++ meets its clients: exceptions become result codes with error information here and nowhere else.
@@ -15,6 +17,29 @@ HRESULT answer_exception() noexcept;
 /// Raises the runtime error that a failed platform call stands for (memory 7, bad index 9, type mismatch 13, overflow 6, ...);
 /// a failure without one keeps its own code, with the system's text. Does nothing for success.
 void check(HRESULT result);
+
+/// While this lives, a calculation that overflows or meets a NaN raises no exception of the processor: programs of some
+/// compilers ask for these, and one would pass through the library to a client that knows nothing of it.
+class CalculatesQuietly {
+public:
+    CalculatesQuietly() noexcept : former_{_mm_getcsr()}
+    {
+        if (asks_for_exceptions())
+            _mm_setcsr(former_ | _MM_MASK_MASK);
+    }
+    ~CalculatesQuietly()
+    {
+        if (asks_for_exceptions())
+            _mm_setcsr(former_);
+    }
+    CalculatesQuietly(const CalculatesQuietly&) = delete;
+    CalculatesQuietly& operator=(const CalculatesQuietly&) = delete;
+
+private:
+    bool asks_for_exceptions() const noexcept { return (former_ & _MM_MASK_MASK) != _MM_MASK_MASK; }
+
+    const unsigned former_;
+};
 
 /// What a by-reference argument refers to. Raises 5 for a null pointer.
 template <class Value>
@@ -48,6 +73,7 @@ HRESULT answer(Result* result, Rule&& rule) noexcept
     if (!result)
         return E_POINTER;
     *result = Result{};
+    const CalculatesQuietly quietly;
     try {
         store(result, rule());
         return S_OK;
@@ -60,6 +86,7 @@ HRESULT answer(Result* result, Rule&& rule) noexcept
 template <class Rule>
 HRESULT answer(Rule&& rule) noexcept
 {
+    const CalculatesQuietly quietly;
     try {
         rule();
         return S_OK;
