@@ -20,16 +20,7 @@ void copy_bits(const ClientTable& source, const ClientTable& target) noexcept
 /// Whether an element may own something.
 bool has_owners(const ClientTable& table) noexcept
 {
-    switch (table.type()) {
-    case VT_BSTR:
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-        return true;
-    case VT_VARIANT:
-        return (kinds(table) & Other) != 0;
-    default:
-        return false;
-    }
+    return table.type() == VT_BSTR || (table.type() == VT_VARIANT && (kinds(table) & Other) != 0);
 }
 
 /// Copies elements one by one; those that were copied when one fails go with the target.
@@ -39,6 +30,26 @@ void copy_values(const ClientTable& source, const ClientTable& target)
     for (std::size_t column = 0; column < source.columns(); ++column)
         for (std::size_t row = 0; row < source.rows(); ++row, ++index)
             target.replace(row * source.columns() + column, Variant{source[index]});
+}
+
+/// Whether a table with elements of this type is transposed.
+bool is_transposed(VARTYPE type) noexcept
+{
+    switch (type) {
+    case VT_I2:
+    case VT_I4:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+    case VT_BSTR:
+    case VT_BOOL:
+    case VT_VARIANT:
+    case VT_UI1:
+        return true;
+    default:
+        return false;
+    }
 }
 
 void copy(const ClientTable& source, const ClientTable& target)
@@ -61,31 +72,14 @@ void copy(const ClientTable& source, const ClientTable& target)
 
 } // namespace
 
-Variant transposed_table(const VARIANT& table)
+Variant transposed(const VARIANT& value)
 {
-    const ClientTable source{table};
+    if (!is_transposed(automation::element_type(value)))
+        return {};
+    const ClientTable source{value};
     Variant result = new_table(source.type(), bounds_of(source, 2), bounds_of(source, 1));
     copy(source, ClientTable{result});
     return result;
-}
-
-Variant transposed(const VARIANT& value)
-{
-    switch (automation::element_type(value)) {
-    case VT_I2:
-    case VT_I4:
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-    case VT_BSTR:
-    case VT_BOOL:
-    case VT_VARIANT:
-    case VT_UI1:
-        return transposed_table(value);
-    default:
-        return {};
-    }
 }
 
 } // namespace numeric

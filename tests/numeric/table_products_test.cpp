@@ -121,14 +121,16 @@ TEST_F(Tables, areTransposedWithTheirBoundsAndTypes)
     for (const VARTYPE type : with_variants)
         for (const auto& [rows, columns] : {std::pair{70ul, 33ul}, {1ul, 65ul}, {0ul, 3ul}, {32ul, 0ul}}) {
             const Variant source = array(type, {{rows, 1}, {columns, -4}}, 9, {VT_R8, VT_BSTR});
-            const Variant result = numeric::transposed_table(source);
-            ASSERT_EQ(result.vt, VT_ARRAY | type);
+            const Variant result = numeric::transposed(source);
+            const bool is_taken = type != VT_DECIMAL && type != VT_I8;
+            ASSERT_EQ(result.vt, is_taken ? VT_ARRAY | type : VT_EMPTY);
+            if (!is_taken)
+                continue;
             const ClientTable from{source}, to{result};
             EXPECT_EQ(std::pair(to.lower(1), to.lower(2)), std::pair(-4LL, 1LL));
             ASSERT_EQ(std::pair(to.rows(), to.columns()), std::pair(from.columns(), from.rows()));
             for (std::size_t i = 0; i < from.size(); ++i)
                 EXPECT_TRUE(is_copy(from[i], to[i % rows * columns + i / rows], from.element_size())) << "type " << type;
-            EXPECT_EQ(numeric::transposed(source).vt, type == VT_DECIMAL || type == VT_I8 ? VT_EMPTY : VT_ARRAY | type);
         }
 }
 
