@@ -4,7 +4,7 @@
 #include "automation/enumerator.h"
 #include "automation/object.h"
 
-#include <collection.h>
+#include <collection_contract.h>
 
 #include <memory>
 #include <optional>

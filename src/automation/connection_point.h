@@ -55,6 +55,8 @@ protected:
     const ConnectionPoint& events() const noexcept { return events_; }
 
 private:
+    const IID* events_identifier() const noexcept final { return &__uuidof(Events); }
+
     ConnectionPoint events_{*this->unknown(), __uuidof(Events)};
 };
 

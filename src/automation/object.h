@@ -3,6 +3,7 @@
 #include "automation/border.h"
 #include "automation/late_bound.h"
 #include "automation/module.h"
+#include "automation/type_library.h"
 
 #include <oaidl.h>
 #include <ocidl.h>
@@ -34,32 +35,28 @@ public:
             *info = nullptr;
             return DISP_E_BADINDEX;
         }
-        return answer(info, [] { return Ref{&contract().info()}; });
+        return answer(info, [] { return type_info(__uuidof(Face)); });
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept final
     try {
-        return reserved == IID_NULL ? late_bound::find_names(contract(), names, count, ids) : DISP_E_UNKNOWNINTERFACE;
+        return reserved == IID_NULL ? late_bound::find_names(contract, names, count, ids) : DISP_E_UNKNOWNINTERFACE;
     } catch (...) {
         return answer_exception();
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) noexcept final
     try {
-        return late_bound::invoke(static_cast<Face*>(this), contract(), id, reserved, locale, flags, arguments, result,
+        return late_bound::invoke(static_cast<Face*>(this), contract, id, reserved, locale, flags, arguments, result,
                                   exception, bad_argument);
     } catch (...) {
         return answer_exception();
     }
 
-private:
-    static const Interface& contract()
-    {
-        static const Interface& description = Contract::here().interface_of(__uuidof(Face));
-        return description;
-    }
+protected:
+    static constexpr const Interface& contract = Contracted<Face>::description;
 };
 
-/// What an object says of its class. GUID_NULL stands for a class that no client knows.
+/// What an object says of its class.
 class ClassInformation : public IProvideClassInfo2 {
 public:
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept final;
@@ -70,11 +67,32 @@ protected:
     ~ClassInformation() = default;
 
 private:
+    /// The interface of its events; null when it has none.
+    virtual const IID* events_identifier() const noexcept { return nullptr; }
+
     const CLSID& id_;
 };
 
-/// The current identifier of an interface that an earlier release knew under another; null for any other identifier.
-const IID* current_identifier(REFIID iid) noexcept;
+/// How an object of this library is known from within. A foreign object may answer any identifier with any pointer: only
+/// what lies behind it tells.
+class Mark {
+public:
+    Mark(const void* kind, void* object) noexcept : kind_{kind}, object_{object} {}
+
+    /// The identifier under which objects answer with their mark. It holds an address of this module, so that no other
+    /// copy of the library answers it.
+    static IID identifier() noexcept;
+    /// The object of a kind behind what a query for the identifier gave; null for an object of another kind.
+    static void* object_behind(const void* answer, const void* kind) noexcept;
+
+private:
+    const void* kind_; ///< where a foreign object has the address of its functions
+    void* object_;
+};
+
+/// An address that stands for a class.
+template <class Derived>
+inline constexpr char kind_of = 0;
 
 template <class Derived, class Default, class... More>
 class Object : public Dual<Default>, public Dual<More>..., public ISupportErrorInfo, public ClassInformation {
@@ -100,18 +118,11 @@ public:
             return E_POINTER;
         *object = find(iid);
         if (!*object)
-            if (const IID* current = current_identifier(iid))
-                *object = find(*current);
-        if (!*object)
             return E_NOINTERFACE;
         AddRef();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept final
-    {
-        const IID* current = current_identifier(iid);
-        return is_face(current ? *current : iid) ? S_OK : S_FALSE;
-    }
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept final { return find_face(iid) ? S_OK : S_FALSE; }
 
 protected:
     virtual ~Object() { module::let_go(); }
@@ -119,28 +130,34 @@ protected:
     virtual void* find_more(REFIID) noexcept { return nullptr; }
 
 private:
-    static bool is_face(REFIID iid) noexcept
+    template <class Face>
+    void* as(REFIID iid) noexcept
     {
-        return iid == __uuidof(Default) || ((iid == __uuidof(More)) || ...);
+        const bool known = iid == __uuidof(Face) || Contracted<Face>::description.was(iid);
+        return known ? static_cast<Face*>(this) : nullptr;
+    }
+    void* find_face(REFIID iid) noexcept
+    {
+        void* found = as<Default>(iid);
+        (void)(found || ... || ((found = as<More>(iid)) != nullptr));
+        return found;
     }
     void* find(REFIID iid) noexcept
     {
-        void* found = nullptr;
-        if (iid == __uuidof(Default) || iid == IID_IDispatch || iid == IID_IUnknown)
-            found = static_cast<Default*>(this);
-        else if (((iid == __uuidof(More) && (found = static_cast<More*>(this), true)) || ...))
-            return found;
-        else if (iid == IID_ISupportErrorInfo)
-            found = static_cast<ISupportErrorInfo*>(this);
-        else if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
-            found = static_cast<IProvideClassInfo2*>(this);
-        else if (iid == __uuidof(Derived)) // the object itself, for `own`
-            found = static_cast<Derived*>(this);
-        else
-            found = find_more(iid);
-        return found;
+        if (iid == IID_IUnknown || iid == IID_IDispatch)
+            return static_cast<Default*>(this);
+        if (void* const face = find_face(iid))
+            return face;
+        if (iid == IID_ISupportErrorInfo)
+            return static_cast<ISupportErrorInfo*>(this);
+        if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
+            return static_cast<IProvideClassInfo2*>(this);
+        if (iid == Mark::identifier())
+            return &mark_;
+        return find_more(iid);
     }
 
+    Mark mark_{&kind_of<Derived>, static_cast<Derived*>(this)};
     std::atomic<ULONG> references_{1};
 };
 
@@ -189,7 +206,13 @@ Ref<Derived> make(Arguments&&... arguments)
 template <class Derived>
 Ref<Derived> own(IUnknown* object) noexcept
 {
-    return query<Derived>(object);
+    void* answer = nullptr;
+    if (!object || FAILED(object->QueryInterface(Mark::identifier(), &answer)) || !answer)
+        return nullptr;
+    if (void* const found = Mark::object_behind(answer, &kind_of<Derived>))
+        return Ref<Derived>::adopt(static_cast<Derived*>(found)); // the query took a reference to it
+    object->Release();
+    return nullptr;
 }
 
 } // namespace automation

@@ -1,8 +1,8 @@
 #include "automation/registration.h"
 
 #include "automation/border.h"
-#include "automation/contract.h"
 #include "automation/module.h"
+#include "automation/type_library.h"
 
 #include <array>
 #include <ranges>
@@ -52,45 +52,30 @@ std::wstring text_of(REFGUID guid)
     return text.data();
 }
 
-/// The identity of the type library.
-struct LibraryIdentity {
-    GUID id;
-    std::wstring name;
-    std::wstring version;          ///< as keys are named: hexadecimal
-    std::wstring readable_version; ///< as VERSION holds it
-    WORD major, minor;
-    LCID locale;
-    SYSKIND system;
-};
-
-LibraryIdentity identity_of(ITypeLib& library)
+/// The version as keys are named.
+std::wstring hexadecimal_version(const Library& library)
 {
-    BSTR name = nullptr;
-    check(library.GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr));
-    TLIBATTR* attributes = nullptr;
-    const Text owned_name = Text::adopt(name);
-    check(library.GetLibAttr(&attributes));
-    wchar_t version[16], readable[16];
-    wsprintfW(version, L"%x.%x", attributes->wMajorVerNum, attributes->wMinorVerNum);
-    wsprintfW(readable, L"%u.%u", attributes->wMajorVerNum, attributes->wMinorVerNum);
-    LibraryIdentity identity{attributes->guid,         std::wstring{owned_name}, version,
-                             readable,                 attributes->wMajorVerNum, attributes->wMinorVerNum,
-                             attributes->lcid,         attributes->syskind};
-    library.ReleaseTLibAttr(attributes);
-    return identity;
+    wchar_t version[16];
+    wsprintfW(version, L"%x.%x", library.major, library.minor);
+    return version;
 }
 
-void add_class(std::vector<Entry>& entries, const Class& entry, const LibraryIdentity& library)
+std::wstring decimal_version(const Library& library)
+{
+    return std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
+}
+
+void add_class(std::vector<Entry>& entries, const Class& entry, const Library& library)
 {
     const std::wstring id = text_of(entry.id);
-    const std::wstring program = library.name + L"." + entry.name;
+    const std::wstring program = std::wstring{library.name} + L"." + std::wstring{entry.name};
     const std::wstring key = L"CLSID\\" + id;
     entries.push_back({key, {}, program});
     entries.push_back({key + L"\\InprocServer32", {}, module::path()});
     entries.push_back({key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"});
     entries.push_back({key + L"\\ProgID", {}, program});
     entries.push_back({key + L"\\TypeLib", {}, text_of(library.id)});
-    entries.push_back({key + L"\\VERSION", {}, library.readable_version});
+    entries.push_back({key + L"\\VERSION", {}, decimal_version(library)});
     entries.push_back({key + L"\\Programmable", {}, {}});
     entries.push_back({key + L"\\Implemented Categories", {}, {}});
     entries.push_back({key + L"\\Implemented Categories\\" + programmable, {}, {}});
@@ -98,22 +83,23 @@ void add_class(std::vector<Entry>& entries, const Class& entry, const LibraryIde
     entries.push_back({program + L"\\Clsid", {}, id});
 }
 
-void add_alias(std::vector<Entry>& entries, const Alias& alias)
+void add_alias(std::vector<Entry>& entries, REFIID former, const Interface& current)
 {
-    const std::wstring key = L"Interface\\" + text_of(alias.former);
-    entries.push_back({key, {}, alias.name});
-    entries.push_back({key + L"\\Forward", {}, text_of(alias.current)});
+    const std::wstring key = L"Interface\\" + text_of(former);
+    entries.push_back({key, {}, std::wstring{current.name}});
+    entries.push_back({key + L"\\Forward", {}, text_of(current.id)});
 }
 
 /// What registration writes besides the type library.
-std::vector<Entry> own_entries(const LibraryIdentity& library)
+std::vector<Entry> own_entries(const Library& library)
 {
     std::vector<Entry> entries;
-    for (const Class& entry : Contract::here().classes())
+    for (const Class& entry : library.classes)
         if (entry.creatable)
             add_class(entries, entry, library);
-    for (const Alias& alias : Contract::here().aliases())
-        add_alias(entries, alias);
+    for (const Interface* face : library.interfaces)
+        for (const IID& former : face->former)
+            add_alias(entries, former, *face);
     return entries;
 }
 
@@ -139,14 +125,25 @@ void remove(const Entry& entry)
         RegDeleteKeyW(HKEY_CLASSES_ROOT, entry.key.c_str());
 }
 
+/// What the platform writes for an interface that clients in other apartments call through the type library.
+void add_interface(std::vector<Entry>& entries, REFIID iid)
+{
+    const std::wstring key = L"Interface\\" + text_of(iid);
+    entries.push_back({key, {}, {}});
+    entries.push_back({key + L"\\ProxyStubClsid", {}, {}});
+    entries.push_back({key + L"\\ProxyStubClsid32", {}, {}});
+    entries.push_back({key + L"\\TypeLib", {}, {}});
+    entries.push_back({key + L"\\TypeLib", L"Version", {}});
+}
+
 /// What the platform writes for the type library. It does not remove all of that when the file has moved or a part is
 /// missing, so the rest is removed here.
-std::vector<Entry> library_entries(const LibraryIdentity& library)
+std::vector<Entry> library_entries(const Library& library)
 {
     std::vector<Entry> entries;
     const std::wstring id = text_of(library.id);
     const std::wstring root = L"TypeLib\\" + id;
-    const std::wstring version = root + L"\\" + library.version;
+    const std::wstring version = root + L"\\" + hexadecimal_version(library);
     wchar_t locale[16];
     wsprintfW(locale, L"%x", library.locale);
     entries.push_back({root, {}, {}});
@@ -155,14 +152,10 @@ std::vector<Entry> library_entries(const LibraryIdentity& library)
     entries.push_back({version + L"\\FLAGS", {}, {}});
     entries.push_back({version + L"\\" + locale, {}, {}});
     entries.push_back({version + L"\\" + locale + L"\\win32", {}, {}});
-    for (const IID& iid : Contract::here().registered_interfaces()) {
-        const std::wstring key = L"Interface\\" + text_of(iid);
-        entries.push_back({key, {}, {}});
-        entries.push_back({key + L"\\ProxyStubClsid", {}, {}});
-        entries.push_back({key + L"\\ProxyStubClsid32", {}, {}});
-        entries.push_back({key + L"\\TypeLib", {}, {}});
-        entries.push_back({key + L"\\TypeLib", L"Version", {}});
-    }
+    for (const Interface* face : library.interfaces)
+        add_interface(entries, face->id);
+    for (const IID& events : library.events)
+        add_interface(entries, events);
     return entries;
 }
 
@@ -172,24 +165,22 @@ void remove_all(const std::vector<Entry>& entries)
         remove(entry);
 }
 
-void unregister(const LibraryIdentity& library)
+void unregister(const Library& library)
 {
-    UnRegisterTypeLib(library.id, library.major, library.minor, library.locale, library.system);
+    UnRegisterTypeLib(library.id, library.major, library.minor, library.locale, SYS_WIN32);
     remove_all(own_entries(library));
     remove_all(library_entries(library));
 }
 
 } // namespace
 
-HRESULT register_server() noexcept
+HRESULT register_server(const Library& library) noexcept
 {
-    return answer([] {
-        ITypeLib& contract = Contract::here().library();
-        const LibraryIdentity library = identity_of(contract);
+    return answer([&] {
         try {
             std::wstring path = module::path();
             std::wstring folder = path.substr(0, path.find_last_of(L"\\/"));
-            check(RegisterTypeLib(&contract, path.data(), folder.data()));
+            check(RegisterTypeLib(&type_library(), path.data(), folder.data()));
             for (const Entry& entry : own_entries(library))
                 write(entry);
         } catch (...) {
@@ -199,9 +190,9 @@ HRESULT register_server() noexcept
     });
 }
 
-HRESULT unregister_server() noexcept
+HRESULT unregister_server(const Library& library) noexcept
 {
-    return answer([] { unregister(identity_of(Contract::here().library())); });
+    return answer([&] { unregister(library); });
 }
 
 } // namespace automation

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <windows.h>
+#include "automation/contract.h"
 
 namespace automation {
 
 /// Writes what clients look for: the type library with its interfaces and, for every creatable class of the contract, its
 /// CLSID and programmatic identifier; for every alias of an interface where it leads. Nothing stays when it fails.
-HRESULT register_server() noexcept;
+HRESULT register_server(const Library& library) noexcept;
 
 /// Removes exactly that, also when only part of it is there.
-HRESULT unregister_server() noexcept;
+HRESULT unregister_server(const Library& library) noexcept;
 
 } // namespace automation

@@ -6,19 +6,25 @@ namespace automation {
 
 Variant::Variant(const VARIANT& other) : Variant{}
 {
-    check(VariantCopyInd(this, const_cast<VARIANT*>(&other))); // reads it only
+    const VARIANT& inner = followed(other);
+    if (inner.vt == (VT_VARIANT | VT_BYREF))
+        throw Error{Runtime::TypeMismatch};
+    check(VariantCopyInd(this, const_cast<VARIANT*>(&inner))); // reads it only
 }
 
 const VARIANT& followed(const VARIANT& value) noexcept
 {
+    constexpr int deepest = 16; // deeper than any client goes, unless in a circle
     const VARIANT* inner = &value;
-    while (inner->vt == (VT_VARIANT | VT_BYREF) && inner->pvarVal)
+    for (int depth = 0; inner->vt == (VT_VARIANT | VT_BYREF) && inner->pvarVal && depth < deepest; ++depth)
         inner = inner->pvarVal;
     return *inner;
 }
 
 HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept
 {
+    if (value.vt == (VT_VARIANT | VT_BYREF)) // what could not be followed
+        return DISP_E_TYPEMISMATCH;
     auto* source = const_cast<VARIANT*>(&value); // which the platform reads only
     return VariantChangeTypeEx(&target, source, LOCALE_USER_DEFAULT, VARIANT_LOCALBOOL, type);
 }

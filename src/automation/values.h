@@ -168,8 +168,46 @@ public:
     }
 };
 
-/// The value itself, behind any number of by-reference variants.
+/// The value itself, behind by-reference variants. One that leads back to itself stays what it is: a reference to a variant.
 const VARIANT& followed(const VARIANT& value) noexcept;
+
+/// How many bytes a value of a type takes where it is kept on its own, as an element of an array or behind a reference. An
+/// array is the pointer to it. 0 for types without values of their own: VT_EMPTY, VT_NULL, VT_RECORD, what is no type.
+constexpr std::size_t size_of_value(VARTYPE type) noexcept
+{
+    if (type & VT_ARRAY)
+        return type & VT_BYREF ? 0 : sizeof(void*);
+    switch (type) {
+    case VT_I1:
+    case VT_UI1:
+        return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        return 8;
+    case VT_DECIMAL:
+    case VT_VARIANT:
+        return 16;
+    default:
+        return 0;
+    }
+}
 
 /// The automation conversion in the user's locale, truth values by their words, as a result code. `target` holds the
 /// result, and nothing of `value` is changed.

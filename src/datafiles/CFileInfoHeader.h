@@ -4,7 +4,7 @@
 #include "datafiles/data_file.h"
 #include "datafiles/qvb_format.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// The information header at the start of a binary data file.
 class CFileInfoHeader final : public automation::Object<CFileInfoHeader, _CFileInfoHeader> {

@@ -4,7 +4,7 @@
 #include "datafiles/data_file.h"
 #include "datafiles/qvb_format.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// The fixed header of a QVB file.
 class CFileQVBHeader final : public automation::Object<CFileQVBHeader, _CFileQVBHeader> {

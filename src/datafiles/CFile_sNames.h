@@ -4,7 +4,7 @@
 #include "automation/safe_array.h"
 #include "datafiles/data_file.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// The block of names of a binary data file.
 class CFile_sNames final : public automation::Object<CFile_sNames, _CFile_sNames> {

@@ -3,7 +3,7 @@
 #include "automation/object.h"
 #include "automation/safe_array.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 #include <cstdint>
 #include <string>

@@ -6,7 +6,7 @@
 #include "datafiles/CFileQVBHeader.h"
 #include "datafiles/CFile_sNames.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 #include <array>
 #include <string>

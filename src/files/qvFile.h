@@ -2,7 +2,7 @@
 
 #include "automation/connection_point.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Paths, folders and files. The members that take paths apart keep nothing between calls; a walk keeps whether it was
 /// cancelled.

@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// The global class of the library's small functions. Each group of members is implemented in the folder it belongs to.
 class qvCommon final : public automation::Object<qvCommon, _qvCommon> {

@@ -1,5 +1,8 @@
 #include "automation/registration.h"
+#include "automation/type_library.h"
 #include "frame/class_table.h"
+
+#include <qvObjects_contract.h>
 
 // The entry points of an in-process server.
 
@@ -15,18 +18,18 @@ STDAPI DllCanUnloadNow()
 
 STDAPI DllRegisterServer()
 {
-    return automation::register_server();
+    return automation::register_server(qvObjects_library);
 }
 
 STDAPI DllUnregisterServer()
 {
-    return automation::unregister_server();
+    return automation::unregister_server(qvObjects_library);
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* process_ends)
 {
     // At the end of the process the platform's libraries may be gone already.
     if (reason == DLL_PROCESS_DETACH && !process_ends)
-        automation::Contract::forget();
+        automation::forget_type_library();
     return TRUE;
 }

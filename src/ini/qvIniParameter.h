@@ -2,7 +2,7 @@
 
 #include "ini/face.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// A named value of an INI section.
 class qvIniParameter final : public automation::Object<qvIniParameter, _qvIniParameter> {

@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Mathematics on tables: arrays of two dimensions with any bounds, the first index the row.
 class qvMath final : public automation::Object<qvMath, _qvMath> {

@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Focus values of spectra.
 class qvSyno final : public automation::Object<qvSyno, _qvSyno> {

@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Sizes of bitmap files. Its members are still to come.
 class qvBitmap final : public automation::Object<qvBitmap, _qvBitmap> {

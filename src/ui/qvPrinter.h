@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Sizes of the printer's page. Its members are still to come.
 class qvPrinter final : public automation::Object<qvPrinter, _qvPrinter> {

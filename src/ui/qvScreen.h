@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Sizes of the screen. Its members are still to come.
 class qvScreen final : public automation::Object<qvScreen, _qvScreen> {

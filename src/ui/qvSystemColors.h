@@ -2,7 +2,7 @@
 
 #include "automation/object.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// The system's colours. Its members are still to come.
 class qvSystemColors final : public automation::Object<qvSystemColors, _qvSystemColors> {

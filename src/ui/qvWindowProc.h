@@ -2,7 +2,7 @@
 
 #include "automation/connection_point.h"
 
-#include <qvObjects.h>
+#include <qvObjects_contract.h>
 
 /// Watches the messages of a window. Its members are still to come.
 class qvWindowProc final : public automation::WithEvents<automation::Object<qvWindowProc, _qvWindowProc>, __qvWindowProc> {

@@ -31,7 +31,7 @@ const std::wstring program_key = L"SpecimenLibrary.Specimen";
 
 class Registration : public testing::Test {
 protected:
-    void TearDown() override { automation::unregister_server(); }
+    void TearDown() override { automation::unregister_server(SpecimenLibrary_library); }
     static void expect_nothing_left()
     {
         for (const std::wstring& key : {library, interface_key, class_key, alias_key, events_key, program_key})
@@ -43,7 +43,7 @@ protected:
 
 TEST_F(Registration, WritesWhatClientsLookFor)
 {
-    ASSERT_EQ(automation::register_server(), S_OK);
+    ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
     EXPECT_EQ(value_of(class_key), L"SpecimenLibrary.Specimen");
     EXPECT_EQ(value_of(class_key + L"\\InprocServer32"), automation::module::path());
     EXPECT_EQ(value_of(class_key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
@@ -63,30 +63,30 @@ TEST_F(Registration, WritesWhatClientsLookFor)
 
 TEST_F(Registration, GoesWithoutATrace)
 {
-    ASSERT_EQ(automation::register_server(), S_OK);
-    ASSERT_EQ(automation::register_server(), S_OK) << "once more changes nothing";
-    EXPECT_EQ(automation::unregister_server(), S_OK);
+    ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
+    ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK) << "once more changes nothing";
+    EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
     expect_nothing_left();
-    EXPECT_EQ(automation::unregister_server(), S_OK) << "when nothing is there";
+    EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK) << "when nothing is there";
 }
 
 TEST_F(Registration, GoesWhenOnlyHalfOfItIsThere)
 {
     for (const std::wstring& gone : {library, interface_key, class_key, program_key, alias_key + L"\\Forward"}) {
-        ASSERT_EQ(automation::register_server(), S_OK);
+        ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
         RegDeleteTreeW(HKEY_CLASSES_ROOT, gone.c_str());
-        EXPECT_EQ(automation::unregister_server(), S_OK);
+        EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
         expect_nothing_left();
     }
 }
 
 TEST_F(Registration, LeavesWhatOthersWroteThere)
 {
-    ASSERT_EQ(automation::register_server(), S_OK);
+    ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
     HKEY key = nullptr;
     RegCreateKeyExW(HKEY_CLASSES_ROOT, (class_key + L"\\Foreign").c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
     RegCloseKey(key);
-    EXPECT_EQ(automation::unregister_server(), S_OK);
+    EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
     EXPECT_TRUE(exists(class_key + L"\\Foreign"));
     EXPECT_FALSE(exists(class_key + L"\\InprocServer32"));
     RegDeleteTreeW(HKEY_CLASSES_ROOT, class_key.c_str());

@@ -5,7 +5,7 @@
 #include "automation/safe_array.h"
 #include "support/client.h"
 
-#include <specimen_library.h>
+#include <specimen_contract.h>
 
 #include <emmintrin.h>
 
