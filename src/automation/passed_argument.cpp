@@ -139,7 +139,7 @@ VARIANT flat(const VARIANT& given) noexcept
 {
     const VARIANT& value = followed(given);
     const auto type = static_cast<VARTYPE>(value.vt & ~VT_BYREF);
-    if (!(value.vt & VT_BYREF) || type == VT_RECORD)
+    if (!(value.vt & VT_BYREF) || type == VT_RECORD || type == VT_VARIANT)
         return value;
     VARIANT content;
     content.vt = type;

@@ -12,7 +12,7 @@ namespace automation::late_bound {
 constexpr std::size_t most_parameters = 32;
 
 /// A value without its by-reference wrapping; it shares what it points to with the caller. A reference to nothing is
-/// Empty.
+/// Empty; one to a record, or to itself, stays what it is.
 VARIANT flat(const VARIANT& given) noexcept;
 
 /// Whether a value is an object. Asking it for a value, or calling it, runs code of the client.

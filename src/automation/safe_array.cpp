@@ -64,8 +64,10 @@ void assign(VARIANT& target, Variant value)
 {
     auto& inner = const_cast<VARIANT&>(followed(target));
     if (!(inner.vt & VT_BYREF)) {
-        if (inner.vt & VT_ARRAY) // a locked array must not go
-            check(VariantClear(&inner));
+        if (inner.vt & VT_ARRAY) { // a locked array must not go, nor be lost
+            check(SafeArrayDestroy(inner.parray));
+            inner.vt = VT_EMPTY;
+        }
         std::swap(inner, static_cast<VARIANT&>(value));
         return;
     }

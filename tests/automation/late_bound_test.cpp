@@ -1,4 +1,5 @@
 #include "automation/specimen.h"
+#include "support/dispatch_object.h"
 #include "support/tables.h"
 
 using client::expect_error;
@@ -242,6 +243,177 @@ TEST_F(LateBound, ErrorsArriveWithNumberSourceAndDescription)
     expect_error(specimen.try_call(L"Fail", {own, 0}), own, L"Beschreibung \u00fc", L"class_tests");
     expect_error(specimen.try_call(L"Fail", {1, 0}), 7, L"Out of memory", L"class_tests");
     EXPECT_EQ(specimen.try_call(L"Fail", {2, 0}).code, E_UNEXPECTED);
+}
+
+TEST_F(LateBound, ClientCodeThatRunsInTheMiddleTakesNothingAway)
+{
+    Value text, typed, number;
+    Value value_of_object;
+    std::function<void()> meddle;
+    DispatchObject object{{}, [&](DISPID, const DISPPARAMS&, VARIANT* result) { // its value is asked for in the middle of calls
+                              meddle();
+                              return VariantCopy(result, &value_of_object);
+                          }};
+    const Value late{&object};
+
+    // what was passed before is what the call works with, whatever its variable holds by then
+    meddle = [&] { text = L"another text that takes the place of the first"; };
+    text = L"first";
+    value_of_object = 2;
+    EXPECT_EQ(specimen.call(L"Repeat", {Value::variable(text), late}).text(), L"firstfirst");
+    text = L"first";
+    EXPECT_EQ(specimen.call(L"Repeat", {Value::reference(VT_BSTR, &text.bstrVal), late}).text(), L"firstfirst");
+
+    // a variable that changes may have another type by then
+    meddle = [&] { text = 7, typed = L"no array any more"; };
+    text = L"a";
+    value_of_object = L"z";
+    specimen.call(L"Append", {Value::variable(text), late});
+    EXPECT_EQ(text.text(), L"az");
+    typed = list(0, {1, 2}, VT_R8);
+    value_of_object = 3;
+    specimen.call(L"Fill", {Value::variable(typed), late});
+    EXPECT_EQ(typed.vt, VT_ARRAY | VT_R8);
+
+    // elements are converted too
+    meddle = [&] { number = L"gone"; };
+    value_of_object = 1.5;
+    number = 21;
+    EXPECT_EQ(specimen.call(L"Sum", {list(0, {late, late})}).dblVal, 3.0);
+}
+
+TEST_F(LateBound, ReferencesThatLeadNowhereAreRefused)
+{
+    Value circle = Value::of_type(VT_BYREF | VT_VARIANT);
+    circle.pvarVal = &circle;
+    long unused = 0;
+    // As a client's own call has it: copying would lose what is wrong.
+    const auto result_of = [&](const wchar_t* member, VARTYPE type, void* place) {
+        VARIANT arguments[]{Value{1}, Value{}};
+        arguments[1].vt = static_cast<VARTYPE>(VT_BYREF | type);
+        arguments[1].byref = place;
+        DISPPARAMS parameters{arguments, nullptr, 2, 0};
+        return specimen.dispatch()->Invoke(specimen.id(member), IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
+    };
+    for (const int type : std::initializer_list<int>{VT_I4, VT_BSTR, VT_R8, VT_DECIMAL, VT_DISPATCH, VT_RECORD, VT_EMPTY, VT_NULL,
+                                                    VT_ARRAY | VT_I4, VT_VARIANT})
+        EXPECT_EQ(result_of(L"Assign", static_cast<VARTYPE>(type), nullptr), DISP_E_TYPEMISMATCH) << type;
+    EXPECT_EQ(result_of(L"Assign", VT_EMPTY, &unused), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(result_of(L"Fill", VT_ARRAY | VT_R8, nullptr), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(result_of(L"Assign", VT_VARIANT, &circle), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(specimen.try_call(L"Types", {L",", Value::variable(circle)}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(specimen.try_call(L"Twice", {Value::variable(circle)}).result, DISP_E_TYPEMISMATCH);
+    circle.vt = VT_EMPTY;
+    EXPECT_EQ(specimen.call(L"TypeOf", {Value::reference(VT_I4, nullptr)}).number(), VT_EMPTY);
+}
+
+TEST_F(LateBound, ARecordIsNeverOverwritten)
+{
+    automation::Ref<IRecordInfo> information;
+    constexpr GUID id{0x7B1E0A59, 0x6B1B, 0x4F0B, {0x8C, 0x76, 0x0F, 0x6B, 0x7A, 0x3C, 0x9D, 0x10}};
+    ASSERT_EQ(GetRecordInfoFromTypeInfo(automation::type_info(id).get(), information.put()), S_OK);
+    Pair pair{3, 10};
+    VARIANT record;
+    record.vt = VT_BYREF | VT_RECORD;
+    record.pvRecord = &pair;
+    record.pRecInfo = information.get();
+    const auto call = [&](const wchar_t* member, VARIANT last) {
+        VARIANT arguments[]{last, record};
+        DISPPARAMS parameters{arguments + (last.vt == VT_ERROR ? 1 : 0), nullptr, last.vt == VT_ERROR ? 1u : 2u, 0};
+        Value result;
+        return specimen.dispatch()->Invoke(specimen.id(member), IID_NULL, 0, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr);
+    };
+    EXPECT_EQ(call(L"Difference", Value::missing()), S_OK);
+    EXPECT_EQ(call(L"Replace", Value{5}), DISP_E_EXCEPTION) << "a number does not fit";
+    EXPECT_EQ(pair.first, 3);
+    Pair other{1, 2};
+    VARIANT another = record;
+    another.pvRecord = &other;
+    EXPECT_EQ(call(L"Replace", another), S_OK);
+    EXPECT_EQ(pair.second, 2) << "another record of the kind does";
+}
+
+TEST_F(LateBound, AfterAnErrorVariablesAreWhatTheyWere)
+{
+    Value empty, variants = list(3, {L"x", 2});
+    for (Value* variable : {&empty, &variants})
+        EXPECT_EQ(specimen.try_call(L"Fill", {Value::variable(*variable), -1}).number(), 7);
+    EXPECT_EQ(empty.vt, VT_EMPTY);
+    EXPECT_EQ(client::told(variants), L"Variant 3: 'x' 2&");
+    Value number, reached;
+    EXPECT_EQ(specimen.try_call(L"Fail", {13, Value::variable(reached)}).number(), 13);
+    EXPECT_EQ(reached.number(), 1) << "what was done before the error stays done";
+}
+
+TEST_F(LateBound, WhatWillBeReplacedIsNotConvertedFirst)
+{
+    for (Value former : {list(0, {L"no number"}), list(0, {1e300}, VT_R8), list(0, {L"text"}, VT_BSTR), Value::missing()}) {
+        EXPECT_EQ(specimen.try_call(L"Fill", {Value::variable(former), 2}).result, S_OK);
+        EXPECT_EQ(client::told(former), L"Double 0: 0.5 1.5");
+    }
+    Value text = L"no array";
+    EXPECT_EQ(specimen.try_call(L"Fill", {Value::variable(text), 2}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(text.text(), L"no array");
+    EXPECT_EQ(specimen.try_call(L"Fill", {Value::missing(), 2}).result, S_OK);
+    Value missing = Value::missing();
+    specimen.call(L"Replace", {Value::variable(missing), 5});
+    EXPECT_EQ(missing.number(), 5) << "a variable that holds the marker is a variable";
+}
+
+TEST_F(LateBound, AnOutcomeThatCannotBePutBackIsAnError)
+{
+    Value bytes = list(0, {7}, VT_UI1), locked = list(0, {7}), small = Value{short{20000}};
+    expect_error(specimen.try_call(L"Fill", {Value::reference(VT_ARRAY | VT_UI1, &bytes.parray), 300}), 6, L"Overflow", L"class_tests");
+    EXPECT_EQ(client::told(bytes), L"Byte 0: 7");
+    expect_error(specimen.try_call(L"Double", {Value::reference(VT_I2, &small.iVal)}), 6, L"Overflow", L"class_tests");
+    EXPECT_EQ(small.iVal, 20000);
+    for (const Value& reference : {Value::variable(locked), Value::reference(VT_ARRAY | VT_VARIANT, &locked.parray)}) {
+        SafeArrayLock(locked.parray);
+        expect_error(specimen.try_call(L"Fill", {reference, 2}), 10, L"This array is fixed or temporarily locked", L"class_tests");
+        SafeArrayUnlock(locked.parray);
+        EXPECT_EQ(client::told(locked), L"Variant 0: 7&");
+    }
+}
+
+TEST_F(LateBound, WrongArgumentsAreNamed)
+{
+    Value nothing{static_cast<IDispatch*>(nullptr)};
+    const auto mismatch = specimen.try_call(L"Options", {1, nothing, 3});
+    EXPECT_EQ(mismatch.result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(mismatch.bad_argument, 1u);
+    VARIANT arguments[]{Value{1}, Value{2}};
+    DISPID names[]{0, 40};
+    DISPPARAMS parameters{arguments, names, 2, 2};
+    UINT bad = ~0u;
+    EXPECT_EQ(specimen.dispatch()->Invoke(specimen.id(L"Options"), IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, &bad),
+              DISP_E_PARAMNOTFOUND);
+    EXPECT_EQ(bad, 1u);
+}
+
+namespace {
+
+/// An object of somebody else that claims to have every interface.
+struct KnowsEverything : DispatchObject {
+    KnowsEverything() : DispatchObject{{}, [](DISPID, const DISPPARAMS&, VARIANT*) { return E_FAIL; }} {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override
+    {
+        *object = this;
+        AddRef();
+        return S_OK;
+    }
+};
+
+} // namespace
+
+TEST_F(LateBound, AForeignObjectDoesNotPassForOurs)
+{
+    KnowsEverything foreign;
+    EXPECT_TRUE(specimen.call(L"IsOwn", {specimen}).flag());
+    EXPECT_FALSE(specimen.call(L"IsOwn", {Value{&foreign}}).flag());
+    EXPECT_FALSE(specimen.call(L"IsOwn", {Value{static_cast<IDispatch*>(nullptr)}}).flag());
+    EXPECT_FALSE(automation::own<Specimen>(automation::make<automation::Collection>()->unknown())) << "another class of ours";
+    void* raw = nullptr;
+    EXPECT_EQ(specimen.dispatch()->QueryInterface(__uuidof(Specimen), &raw), E_NOINTERFACE) << "a class is no interface";
 }
 
 namespace {

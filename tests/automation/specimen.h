@@ -52,6 +52,8 @@ public:
     HRESULT STDMETHODCALLTYPE Fill(SAFEARRAY** a, long n) noexcept override
     {
         return automation::answer([&] {
+            if (n < 0)
+                throw std::bad_alloc{};
             automation::Variant fresh = automation::new_array(VT_R8, static_cast<std::size_t>(n));
             const automation::LockedArray<double> numbers{fresh.parray};
             for (long i = 0; i < n; ++i)
@@ -146,6 +148,23 @@ public:
     HRESULT STDMETHODCALLTYPE Assign(VARIANT* v, VARIANT with) noexcept override
     {
         return automation::answer([&] { automation::assign(*v, automation::Variant{with}); });
+    }
+    HRESULT STDMETHODCALLTYPE Repeat(BSTR s, short n, BSTR* result) noexcept override
+    {
+        return automation::answer(result, [&] {
+            std::wstring all;
+            for (short i = 0; i < n; ++i)
+                all += automation::view(s);
+            return all;
+        });
+    }
+    HRESULT STDMETHODCALLTYPE Difference(Pair* pair, long* result) noexcept override
+    {
+        return automation::answer(result, [&] { return pair->second - pair->first; });
+    }
+    HRESULT STDMETHODCALLTYPE IsOwn(_Specimen* object, VARIANT_BOOL* result) noexcept override
+    {
+        return automation::answer(result, [&] { return bool{automation::own<Specimen>(object)}; });
     }
 
     static client::Object create() { return client::Object{static_cast<_Specimen*>(automation::make<Specimen>().get())}; }
