@@ -77,10 +77,9 @@ HRESULT STDMETHODCALLTYPE ConnectionPoint::QueryInterface(REFIID iid, void** obj
 {
     if (!object)
         return E_POINTER;
-    if (iid != IID_IConnectionPoint && iid != IID_IConnectionPointContainer)
-        return owner_.QueryInterface(iid, object);
-    *object = iid == IID_IConnectionPoint ? static_cast<void*>(static_cast<IConnectionPoint*>(this))
-                                          : static_cast<IConnectionPointContainer*>(this);
+    *object = iid == IID_IUnknown || iid == IID_IConnectionPoint ? static_cast<IConnectionPoint*>(this) : nullptr;
+    if (!*object)
+        return E_NOINTERFACE;
     AddRef();
     return S_OK;
 }
@@ -95,7 +94,7 @@ HRESULT STDMETHODCALLTYPE ConnectionPoint::GetConnectionInterface(IID* iid) noex
 
 HRESULT STDMETHODCALLTYPE ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) noexcept
 {
-    return answer(container, [&] { return Ref<IConnectionPointContainer>{this}; });
+    return answer(container, [&] { return Ref{&container_}; });
 }
 
 HRESULT STDMETHODCALLTYPE ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) noexcept
@@ -134,21 +133,21 @@ HRESULT STDMETHODCALLTYPE ConnectionPoint::EnumConnections(IEnumConnections** co
     });
 }
 
-HRESULT STDMETHODCALLTYPE ConnectionPoint::EnumConnectionPoints(IEnumConnectionPoints** points) noexcept
+HRESULT STDMETHODCALLTYPE ConnectionPointContainer::EnumConnectionPoints(IEnumConnectionPoints** points) noexcept
 {
     return answer(points, [&] {
-        std::vector<Point> all{Point{Ref<IConnectionPoint>{this}}};
+        std::vector<Point> all{Point{Ref<IConnectionPoint>{&point_}}};
         return Ref<IEnumConnectionPoints>::adopt(new Snapshot<IEnumConnectionPoints, Point>{std::move(all)});
     });
 }
 
-HRESULT STDMETHODCALLTYPE ConnectionPoint::FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept
+HRESULT STDMETHODCALLTYPE ConnectionPointContainer::FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept
 {
     if (point && iid != events_) {
         *point = nullptr;
         return CONNECT_E_NOCONNECTION;
     }
-    return answer(point, [&] { return Ref<IConnectionPoint>{this}; });
+    return answer(point, [&] { return Ref<IConnectionPoint>{&point_}; });
 }
 
 } // namespace automation

@@ -7,10 +7,12 @@
 
 namespace automation {
 
-/// The one connection point of an object with events, and what it is found through. It lives in its object.
-class ConnectionPoint final : public IConnectionPoint, public IConnectionPointContainer {
+/// The one connection point of an object with events. It is an object of its own, as clients in other apartments can reach
+/// no other, but lives in the object that raises the events: a reference to it keeps that one alive.
+class ConnectionPoint final : public IConnectionPoint {
 public:
-    ConnectionPoint(IUnknown& owner, REFIID events) noexcept : owner_{owner}, events_{events} {}
+    /// `container` belongs to the object that raises the events.
+    ConnectionPoint(IConnectionPointContainer& container, REFIID events) noexcept : container_{container}, events_{events} {}
     ConnectionPoint(const ConnectionPoint&) = delete;
     ConnectionPoint& operator=(const ConnectionPoint&) = delete;
 
@@ -20,8 +22,8 @@ public:
     bool has_sinks() const noexcept { return !sinks_.empty(); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return owner_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() noexcept override { return owner_.Release(); }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return container_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return container_.Release(); }
 
     HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) noexcept override;
     HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) noexcept override;
@@ -29,19 +31,38 @@ public:
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) noexcept override;
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) noexcept override;
 
-    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) noexcept override;
-    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override;
-
 private:
     struct Sink {
         DWORD cookie;
         Ref<IDispatch> object;
     };
 
-    IUnknown& owner_;
+    IConnectionPointContainer& container_;
     const IID& events_;
     std::vector<Sink> sinks_;
     DWORD last_cookie_ = 0;
+};
+
+/// What the connection point of an object is found through: an interface of that object, in which it lives.
+class ConnectionPointContainer final : public IConnectionPointContainer {
+public:
+    ConnectionPointContainer(IUnknown& owner, REFIID events) noexcept : owner_{owner}, events_{events}, point_{*this, events} {}
+    ConnectionPointContainer(const ConnectionPointContainer&) = delete;
+    ConnectionPointContainer& operator=(const ConnectionPointContainer&) = delete;
+
+    const ConnectionPoint& point() const noexcept { return point_; }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override { return owner_.QueryInterface(iid, object); }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return owner_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return owner_.Release(); }
+
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) noexcept override;
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override;
+
+private:
+    IUnknown& owner_;
+    const IID& events_;
+    ConnectionPoint point_;
 };
 
 /// An object that raises the events of the dispinterface `Events`. `Base` is its `Object<...>`.
@@ -50,14 +71,14 @@ class WithEvents : public Base {
 protected:
     void* find_more(REFIID iid) noexcept override
     {
-        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(&events_) : nullptr;
+        return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(&container_) : nullptr;
     }
-    const ConnectionPoint& events() const noexcept { return events_; }
+    const ConnectionPoint& events() const noexcept { return container_.point(); }
 
 private:
     const IID* events_identifier() const noexcept final { return &__uuidof(Events); }
 
-    ConnectionPoint events_{*this->unknown(), __uuidof(Events)};
+    ConnectionPointContainer container_{*this->unknown(), __uuidof(Events)};
 };
 
 } // namespace automation

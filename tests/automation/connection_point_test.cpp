@@ -68,6 +68,31 @@ TEST_F(Events, SinksMayGoWhileAnEventIsRaised)
     EXPECT_EQ(specimen.call(L"Happen", {0}).number(), 0);
 }
 
+TEST_F(Events, TheirPointIsAnObjectOfItsOwnThatKeepsTheOtherAlive)
+{
+    using automation::query, automation::Ref;
+    Ref<IConnectionPoint> listed = point();
+    auto identity = query<IUnknown>(listed.get());
+    EXPECT_NE(identity.get(), query<IUnknown>(specimen.dispatch()).get());
+    EXPECT_EQ(identity.get(), query<IUnknown>(query<IConnectionPoint>(identity.get()).get()).get());
+    EXPECT_FALSE(query<IDispatch>(listed.get()));
+    EXPECT_FALSE(query<IConnectionPointContainer>(listed.get()));
+    {
+        Ref<IConnectionPointContainer> container;
+        EXPECT_EQ(listed->GetConnectionPointContainer(container.put()), S_OK);
+        EXPECT_EQ(query<IUnknown>(container.get()).get(), query<IUnknown>(specimen.dispatch()).get());
+    }
+    specimen = Object{};
+    Sink sink{[](long&) {}};
+    DWORD cookie = 0;
+    EXPECT_EQ(listed->Advise(&sink, &cookie), S_OK);
+    EXPECT_EQ(sink.references(), 2);
+    listed = nullptr;
+    EXPECT_EQ(sink.references(), 2) << "its identity is a reference too";
+    identity = nullptr;
+    EXPECT_EQ(sink.references(), 1);
+}
+
 TEST_F(Events, AreFoundAndListed)
 {
     const auto container = automation::query<IConnectionPointContainer>(specimen.dispatch());
