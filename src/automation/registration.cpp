@@ -90,10 +90,17 @@ void add_alias(std::vector<Entry>& entries, REFIID former, const Interface& curr
     entries.push_back({key + L"\\Forward", {}, text_of(current.id)});
 }
 
-/// What registration writes besides the type library.
+std::wstring version_key(const Library& library)
+{
+    return L"TypeLib\\" + text_of(library.id) + L"\\" + hexadecimal_version(library);
+}
+
+/// What registration writes besides what the platform does.
 std::vector<Entry> own_entries(const Library& library)
 {
     std::vector<Entry> entries;
+    // The platform writes the library for its language only, but its marshaller may ask for any.
+    entries.push_back({version_key(library) + L"\\0\\win32", {}, module::path()});
     for (const Class& entry : library.classes)
         if (entry.creatable)
             add_class(entries, entry, library);
@@ -111,18 +118,28 @@ void write(const Entry& entry)
     check_registry(RegSetValueExW(key.get(), entry.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()), size));
 }
 
-/// Removes a value, and its key if nothing else is left there: what others wrote beside it stays.
-void remove(const Entry& entry)
+LSTATUS unless_missing(LSTATUS status) noexcept
+{
+    return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND ? ERROR_SUCCESS : status;
+}
+
+/// Removes a value, and its key if nothing else is left there: what others wrote beside it stays. That it is not there is
+/// no failure.
+LSTATUS remove(const Entry& entry) noexcept
 {
     Key key;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, KEY_SET_VALUE | KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS)
-        return;
-    RegDeleteValueW(key.get(), entry.name.c_str());
+    LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, KEY_SET_VALUE | KEY_QUERY_VALUE, key.put());
+    if (status != ERROR_SUCCESS)
+        return unless_missing(status);
+    status = unless_missing(RegDeleteValueW(key.get(), entry.name.c_str()));
+    if (status != ERROR_SUCCESS)
+        return status;
     DWORD keys = 0, values = 0;
-    if (RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr, nullptr)
-            == ERROR_SUCCESS
-        && keys == 0 && values == 0)
-        RegDeleteKeyW(HKEY_CLASSES_ROOT, entry.key.c_str());
+    status = RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
+                              nullptr);
+    if (status != ERROR_SUCCESS || keys != 0 || values != 0)
+        return status;
+    return unless_missing(RegDeleteKeyW(HKEY_CLASSES_ROOT, entry.key.c_str()));
 }
 
 /// What the platform writes for an interface that clients in other apartments call through the type library.
@@ -141,15 +158,14 @@ void add_interface(std::vector<Entry>& entries, REFIID iid)
 std::vector<Entry> library_entries(const Library& library)
 {
     std::vector<Entry> entries;
-    const std::wstring id = text_of(library.id);
-    const std::wstring root = L"TypeLib\\" + id;
-    const std::wstring version = root + L"\\" + hexadecimal_version(library);
+    const std::wstring version = version_key(library);
     wchar_t locale[16];
     wsprintfW(locale, L"%x", library.locale);
-    entries.push_back({root, {}, {}});
+    entries.push_back({L"TypeLib\\" + text_of(library.id), {}, {}});
     entries.push_back({version, {}, {}});
     entries.push_back({version + L"\\HELPDIR", {}, {}});
     entries.push_back({version + L"\\FLAGS", {}, {}});
+    entries.push_back({version + L"\\0", {}, {}});
     entries.push_back({version + L"\\" + locale, {}, {}});
     entries.push_back({version + L"\\" + locale + L"\\win32", {}, {}});
     for (const Interface* face : library.interfaces)
@@ -159,17 +175,25 @@ std::vector<Entry> library_entries(const Library& library)
     return entries;
 }
 
-void remove_all(const std::vector<Entry>& entries)
+/// Removes what can be removed; the first failure.
+LSTATUS remove_all(const std::vector<Entry>& entries) noexcept
 {
-    for (const Entry& entry : entries | std::views::reverse)
-        remove(entry);
+    LSTATUS first = ERROR_SUCCESS;
+    for (const Entry& entry : entries | std::views::reverse) {
+        const LSTATUS status = remove(entry);
+        if (first == ERROR_SUCCESS)
+            first = status;
+    }
+    return first;
 }
 
-void unregister(const Library& library)
+LSTATUS unregister(const Library& library)
 {
+    // It fails for a library that is not there as it does without the right; what it leaves is met below.
     UnRegisterTypeLib(library.id, library.major, library.minor, library.locale, SYS_WIN32);
-    remove_all(own_entries(library));
-    remove_all(library_entries(library));
+    const LSTATUS own = remove_all(own_entries(library));
+    const LSTATUS rest = remove_all(library_entries(library));
+    return own != ERROR_SUCCESS ? own : rest;
 }
 
 } // namespace
@@ -192,7 +216,7 @@ HRESULT register_server(const Library& library) noexcept
 
 HRESULT unregister_server(const Library& library) noexcept
 {
-    return answer([&] { unregister(library); });
+    return answer([&] { check_registry(unregister(library)); });
 }
 
 } // namespace automation

@@ -8,7 +8,8 @@ namespace automation {
 /// CLSID and programmatic identifier; for every alias of an interface where it leads. Nothing stays when it fails.
 HRESULT register_server(const Library& library) noexcept;
 
-/// Removes exactly that, also when only part of it is there.
+/// Removes exactly that, also when only part of it is there. Where something can't be removed the rest goes, and the first
+/// failure is the answer.
 HRESULT unregister_server(const Library& library) noexcept;
 
 } // namespace automation

@@ -2,6 +2,8 @@
 
 #include "automation/specimen.h"
 
+#include <sddl.h>
+
 namespace {
 
 std::wstring value_of(const std::wstring& key, const wchar_t* name = nullptr)
@@ -29,6 +31,34 @@ const std::wstring alias_key = L"Interface\\{7B1E0A57" + guid_rest;
 const std::wstring events_key = L"Interface\\{7B1E0A54" + guid_rest;
 const std::wstring program_key = L"SpecimenLibrary.Specimen";
 
+/// A key of the registry that can only be read for as long as this lives.
+class WriteProtected {
+public:
+    explicit WriteProtected(const std::wstring& key)
+    {
+        RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, READ_CONTROL | WRITE_DAC, nullptr, &key_, nullptr);
+        set_access(L"D:P(A;;KR;;;WD)");
+    }
+    ~WriteProtected()
+    {
+        set_access(L"D:(A;;KA;;;WD)");
+        RegCloseKey(key_);
+    }
+    WriteProtected(const WriteProtected&) = delete;
+    WriteProtected& operator=(const WriteProtected&) = delete;
+
+private:
+    void set_access(const wchar_t* rule) const
+    {
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        EXPECT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(rule, SDDL_REVISION_1, &descriptor, nullptr));
+        EXPECT_EQ(RegSetKeySecurity(key_, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
+        LocalFree(descriptor);
+    }
+
+    HKEY key_ = nullptr;
+};
+
 class Registration : public testing::Test {
 protected:
     void TearDown() override { automation::unregister_server(SpecimenLibrary_library); }
@@ -55,6 +85,7 @@ TEST_F(Registration, WritesWhatClientsLookFor)
     EXPECT_EQ(value_of(program_key + L"\\Clsid"), L"{7B1E0A55" + guid_rest);
     EXPECT_FALSE(exists(hidden_key)) << "a class that no client creates";
     EXPECT_EQ(value_of(library + L"\\2.1f\\409\\win32"), automation::module::path());
+    EXPECT_EQ(value_of(library + L"\\2.1f\\0\\win32"), automation::module::path()) << "for a client of any language";
     EXPECT_EQ(value_of(interface_key + L"\\TypeLib"), L"{7B1E0A52" + guid_rest);
     EXPECT_EQ(value_of(interface_key + L"\\TypeLib", L"Version"), L"2.1f");
     EXPECT_EQ(value_of(alias_key), L"_Specimen");
@@ -75,6 +106,33 @@ TEST_F(Registration, GoesWhenOnlyHalfOfItIsThere)
     for (const std::wstring& gone : {library, interface_key, class_key, program_key, alias_key + L"\\Forward"}) {
         ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
         RegDeleteTreeW(HKEY_CLASSES_ROOT, gone.c_str());
+        EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
+        expect_nothing_left();
+    }
+}
+
+TEST_F(Registration, FailsWithoutTheRightToWriteAndLeavesNothing)
+{
+    {
+        const WriteProtected locked{class_key};
+        EXPECT_EQ(automation::register_server(SpecimenLibrary_library), E_ACCESSDENIED);
+        for (const std::wstring& key : {library, interface_key, program_key, alias_key, events_key})
+            EXPECT_FALSE(exists(key)) << std::string(key.begin(), key.end());
+    }
+    RegDeleteKeyW(HKEY_CLASSES_ROOT, class_key.c_str());
+}
+
+TEST_F(Registration, TellsWhenItCannotGoAndRemovesTheRest)
+{
+    for (const std::wstring& key : {class_key, alias_key, library + L"\\2.1f\\0\\win32"}) {
+        ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
+        {
+            const WriteProtected locked{key};
+            EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), E_ACCESSDENIED);
+            EXPECT_TRUE(exists(key));
+            for (const std::wstring& other : {interface_key, program_key, events_key})
+                EXPECT_FALSE(exists(other)) << std::string(other.begin(), other.end());
+        }
         EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
         expect_nothing_left();
     }
