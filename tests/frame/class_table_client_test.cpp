@@ -68,6 +68,24 @@ TEST_F(ClassTable, ClassesAreMadeOrNotAsTheirInstancingSays)
     }
 }
 
+TEST_F(ClassTable, RegistrationWritesTheNamesOfTheClassesInAnyCodePage)
+{
+    ASSERT_EQ(entry<HRESULT(STDAPICALLTYPE*)()>("DllRegisterServer")(), S_OK);
+    for (const identities::Class& expected : identities::classes) {
+        if (expected.instancing == identities::NotCreatable)
+            continue;
+        const std::wstring program = std::wstring{L"qvObjects."} + expected.name;
+        wchar_t written[64] = L"";
+        DWORD size = sizeof written;
+        RegGetValueW(HKEY_CLASSES_ROOT, (L"CLSID\\{" + std::wstring{expected.id} + L"}\\ProgID").c_str(), nullptr, RRF_RT_REG_SZ, nullptr,
+                     written, &size);
+        EXPECT_EQ(written, program);
+        CLSID registered{};
+        EXPECT_EQ(CLSIDFromProgID(program.c_str(), &registered), S_OK);
+        EXPECT_EQ(registered, guid(expected.id)) << identities::narrow(program);
+    }
+}
+
 TEST_F(ClassTable, ObjectsAnswerForEveryFormerIdentifierOfTheirClassOnly)
 {
     for (const identities::FormerInterfaces& former : identities::former_interfaces) {
