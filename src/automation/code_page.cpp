@@ -63,11 +63,12 @@ bool is_single(char byte) noexcept
     return static_cast<unsigned char>(byte) < '0';
 }
 
-/// A start of the bytes that does not end within a character.
+/// A start of the bytes that does not end within a character: behind a byte that begins none, as the platform may take the
+/// half of a character before such a byte and the byte together for one.
 std::string_view slice_of(std::string_view bytes) noexcept
 {
     std::size_t size = std::min(slice, bytes.size());
-    while (size < bytes.size() && !is_single(bytes[size]))
+    while (size < bytes.size() && !is_single(bytes[size - 1]))
         ++size;
     return bytes.substr(0, size);
 }
