@@ -29,8 +29,12 @@ IID Mark::identifier() noexcept
     return id;
 }
 
-void* Mark::object_behind(const void* answer, const void* kind) noexcept
+void* Mark::object_behind(const IUnknown* answer, const void* kind) noexcept
 {
+    static constinit Mark sample{nullptr, nullptr, nullptr};
+    const auto functions_of = [](const IUnknown& object) { return *reinterpret_cast<const void* const*>(&object); };
+    if (!answer || functions_of(*answer) != functions_of(sample))
+        return nullptr;
     const auto& mark = *static_cast<const Mark*>(answer);
     return mark.kind_ == kind ? mark.object_ : nullptr;
 }

@@ -73,20 +73,26 @@ private:
     const CLSID& id_;
 };
 
-/// How an object of this library is known from within. A foreign object may answer any identifier with any pointer: only
-/// what lies behind it tells.
-class Mark {
+/// How an object of this library is known from within: by an interface that is none but its own. A foreign object may answer
+/// any identifier with one of its interfaces: only what lies behind it tells. The platform asks for it, and lets go of it
+/// again, when an object of another apartment is looked at.
+class Mark final : public IUnknown {
 public:
-    Mark(const void* kind, void* object) noexcept : kind_{kind}, object_{object} {}
+    constexpr Mark(IUnknown* owner, const void* kind, void* object) noexcept : owner_{owner}, kind_{kind}, object_{object} {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override { return owner_->QueryInterface(iid, object); }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return owner_->AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return owner_->Release(); }
 
     /// The identifier under which objects answer with their mark. It holds an address of this module, so that no other
     /// copy of the library answers it.
     static IID identifier() noexcept;
     /// The object of a kind behind what a query for the identifier gave; null for an object of another kind.
-    static void* object_behind(const void* answer, const void* kind) noexcept;
+    static void* object_behind(const IUnknown* answer, const void* kind) noexcept;
 
 private:
-    const void* kind_; ///< where a foreign object has the address of its functions
+    IUnknown* owner_;
+    const void* kind_;
     void* object_;
 };
 
@@ -157,7 +163,7 @@ private:
         return find_more(iid);
     }
 
-    Mark mark_{&kind_of<Derived>, static_cast<Derived*>(this)};
+    Mark mark_{unknown(), &kind_of<Derived>, static_cast<Derived*>(this)};
     std::atomic<ULONG> references_{1};
 };
 
@@ -206,13 +212,10 @@ Ref<Derived> make(Arguments&&... arguments)
 template <class Derived>
 Ref<Derived> own(IUnknown* object) noexcept
 {
-    void* answer = nullptr;
-    if (!object || FAILED(object->QueryInterface(Mark::identifier(), &answer)) || !answer)
+    Ref<IUnknown> answer;
+    if (!object || FAILED(object->QueryInterface(Mark::identifier(), answer.put_void())))
         return nullptr;
-    if (void* const found = Mark::object_behind(answer, &kind_of<Derived>))
-        return Ref<Derived>::adopt(static_cast<Derived*>(found)); // the query took a reference to it
-    object->Release();
-    return nullptr;
+    return Ref{static_cast<Derived*>(Mark::object_behind(answer.get(), &kind_of<Derived>))};
 }
 
 } // namespace automation

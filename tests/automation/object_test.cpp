@@ -38,6 +38,10 @@ TEST_F(Objects, AnswerForTheirInterfacesAndTheirFormerIdentifiers)
     EXPECT_EQ(query<ISupportErrorInfo>(object)->InterfaceSupportsErrorInfo(IID_IUnknown), S_FALSE);
     EXPECT_FALSE(query<IMarshal>(object));
     EXPECT_EQ(automation::own<Specimen>(object).get(), made.get());
+
+    Ref<IUnknown> mark; // as the platform asks for it when it looks for a way into another apartment
+    ASSERT_EQ(object->QueryInterface(automation::Mark::identifier(), mark.put_void()), S_OK);
+    EXPECT_EQ(query<IUnknown>(mark.get()).get(), query<IUnknown>(object).get());
 }
 
 TEST_F(Objects, TellTheirClass)
