@@ -16,8 +16,6 @@ namespace {
 
 /// Hands an object of this thread's apartment over to a thread of the multithreaded one, which meets a proxy of it, and
 /// serves that one's calls until its work is done.
-///
-/// The platform would find a place for an object that such a thread creates, too, but Wine then never lets go of its class.
 template <class Interface, class Work>
 void with_proxy(const wchar_t* program, const Work& work)
 {
@@ -62,26 +60,88 @@ public:
     }
 };
 
+void call_late_and_early_bound(_qvCommon& common)
+{
+    ASSERT_TRUE(query<IClientSecurity>(&common)) << "which only proxies have";
+    EXPECT_EQ(Object{&common}.call(L"qvTrim", {L" x "}).text(), L"x");
+    const Value text = L" 12 ";
+    Value trimmed = Value::of_type(VT_BSTR), number;
+    EXPECT_EQ(common.qvTrim(text.bstrVal, &trimmed.bstrVal), S_OK);
+    EXPECT_EQ(trimmed.text(), L"12");
+    EXPECT_EQ(common.StrToNum(trimmed.bstrVal, &number), S_OK);
+    EXPECT_EQ(number.number(), 12);
+}
+
+void hear_of_events(IDispatch& file)
+{
+    const client::Folder folder;
+    for (const wchar_t* name : {L"a", L"b", L"c"})
+        folder.write(name, "");
+    std::atomic<int> heard = 0;
+    ItemFoundSink sink{[&](DISPID, const DISPPARAMS& arguments, VARIANT*) {
+        EXPECT_EQ(arguments.cArgs, 3u);
+        if (++heard == 2)
+            *arguments.rgvarg[0].pboolVal = VARIANT_TRUE; // enough
+        return S_OK;
+    }};
+    const auto container = query<IConnectionPointContainer>(&file);
+    ComPtr<IConnectionPoint> point;
+    ComPtr<IConnectionPointContainer> owner;
+    ASSERT_EQ(container->FindConnectionPoint(__uuidof(__qvFile), point.GetAddressOf()), S_OK);
+    EXPECT_EQ(point->GetConnectionPointContainer(owner.GetAddressOf()), S_OK);
+    EXPECT_EQ(query<IUnknown>(owner.Get()).Get(), query<IUnknown>(&file).Get());
+    DWORD cookie = 0;
+    ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
+    Object{&file}.call(L"WalkDirTree", {folder.path(), L"*"});
+    EXPECT_EQ(heard, 2) << "the second one ended the walk";
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+    Object{&file}.call(L"WalkDirTree", {folder.path(), L"*"});
+    EXPECT_EQ(heard, 2);
+}
+
+template <class Interface>
+ComPtr<Interface> create(const wchar_t* program)
+{
+    CLSID id{};
+    ComPtr<Interface> made;
+    EXPECT_EQ(CLSIDFromProgID(program, &id), S_OK);
+    EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), reinterpret_cast<void**>(made.GetAddressOf())), S_OK);
+    return made;
+}
+
+constexpr wchar_t own_process[] = L"TEST_IN_A_PROCESS_OF_ITS_OWN";
+
+/// Runs a test of this program again in a process of its own, where the variable above is set; its exit code.
+DWORD run_in_own_process(const std::wstring& test)
+{
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = L"\"" + std::wstring{program} + L"\" --gtest_brief=1 --gtest_filter=" + test;
+    STARTUPINFOW start{};
+    PROCESS_INFORMATION process{};
+    SetEnvironmentVariableW(own_process, L"1");
+    const BOOL runs = CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process);
+    SetEnvironmentVariableW(own_process, nullptr);
+    if (!runs)
+        return ~0u;
+    DWORD code = ~0u;
+    WaitForSingleObject(process.hProcess, 60000);
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return code;
+}
+
 class OtherApartments : public testing::Test {
 protected:
     client::Apartment apartment;
-    const client::Folder folder;
 };
 
 } // namespace
 
 TEST_F(OtherApartments, CallLateAndEarlyBound)
 {
-    with_proxy<_qvCommon>(L"qvObjects.qvCommon", [](_qvCommon& common) {
-        ASSERT_TRUE(query<IClientSecurity>(&common)) << "which only proxies have";
-        EXPECT_EQ(Object{&common}.call(L"qvTrim", {L" x "}).text(), L"x");
-        const Value text = L" 12 ";
-        Value trimmed = Value::of_type(VT_BSTR), number;
-        EXPECT_EQ(common.qvTrim(text.bstrVal, &trimmed.bstrVal), S_OK);
-        EXPECT_EQ(trimmed.text(), L"12");
-        EXPECT_EQ(common.StrToNum(trimmed.bstrVal, &number), S_OK);
-        EXPECT_EQ(number.number(), 12);
-    });
+    with_proxy<_qvCommon>(L"qvObjects.qvCommon", call_late_and_early_bound);
     with_proxy<_qvIniFile>(L"qvObjects.qvIniFile", [](_qvIniFile& ini) {
         const Value name = L"Main";
         ComPtr<_qvIniSections> sections;
@@ -97,28 +157,19 @@ TEST_F(OtherApartments, CallLateAndEarlyBound)
 
 TEST_F(OtherApartments, HearOfEvents)
 {
-    for (const wchar_t* name : {L"a", L"b", L"c"})
-        folder.write(name, "");
-    with_proxy<IDispatch>(L"qvObjects.qvFile", [&](IDispatch& file) {
-        std::atomic<int> heard = 0;
-        ItemFoundSink sink{[&](DISPID, const DISPPARAMS& arguments, VARIANT*) {
-            EXPECT_EQ(arguments.cArgs, 3u);
-            if (++heard == 2)
-                *arguments.rgvarg[0].pboolVal = VARIANT_TRUE; // enough
-            return S_OK;
-        }};
-        const auto container = query<IConnectionPointContainer>(&file);
-        ComPtr<IConnectionPoint> point;
-        ComPtr<IConnectionPointContainer> owner;
-        ASSERT_EQ(container->FindConnectionPoint(__uuidof(__qvFile), point.GetAddressOf()), S_OK);
-        EXPECT_EQ(point->GetConnectionPointContainer(owner.GetAddressOf()), S_OK);
-        EXPECT_EQ(query<IUnknown>(owner.Get()).Get(), query<IUnknown>(&file).Get());
-        DWORD cookie = 0;
-        ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
-        Object{&file}.call(L"WalkDirTree", {folder.path(), L"*"});
-        EXPECT_EQ(heard, 2) << "the second one ended the walk";
-        EXPECT_EQ(point->Unadvise(cookie), S_OK);
-        Object{&file}.call(L"WalkDirTree", {folder.path(), L"*"});
-        EXPECT_EQ(heard, 2);
-    });
+    with_proxy<IDispatch>(L"qvObjects.qvFile", hear_of_events);
+}
+
+TEST(MultithreadedClients, HaveTheirObjectsInAnApartmentOfThePlatforms)
+{
+    if (GetEnvironmentVariableW(own_process, nullptr, 0) == 0) { // Wine never lets go of a class that such a client asked for
+        EXPECT_EQ(run_in_own_process(L"MultithreadedClients.HaveTheirObjectsInAnApartmentOfThePlatforms"), 0u);
+        return;
+    }
+    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    if (const auto common = create<_qvCommon>(L"qvObjects.qvCommon"))
+        call_late_and_early_bound(*common.Get());
+    if (const auto file = create<IDispatch>(L"qvObjects.qvFile"))
+        hear_of_events(*file.Get());
+    CoUninitialize();
 }
