@@ -111,6 +111,23 @@ TEST_F(Registration, GoesWhenOnlyHalfOfItIsThere)
     }
 }
 
+TEST_F(Registration, IsTheSameWhenTheFileHasMoved)
+{
+    const std::wstring version = library + L"\\2.1f\\", server = class_key + L"\\InprocServer32";
+    for (const bool registered_again : {true, false}) {
+        ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
+        for (const std::wstring& key : {version + L"0\\win32", version + L"409\\win32", server})
+            RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, L"C:\\gone.dll", sizeof L"C:\\gone.dll");
+        if (registered_again) {
+            ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
+            for (const std::wstring& key : {version + L"0\\win32", version + L"409\\win32", server})
+                EXPECT_EQ(value_of(key), automation::module::path());
+        }
+        EXPECT_EQ(automation::unregister_server(SpecimenLibrary_library), S_OK);
+        expect_nothing_left();
+    }
+}
+
 TEST_F(Registration, FailsWithoutTheRightToWriteAndLeavesNothing)
 {
     {
