@@ -1,6 +1,9 @@
 #include "automation/safe_array.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace automation {
@@ -14,16 +17,94 @@ Variant owner_of(SAFEARRAY* array, VARTYPE type) noexcept
     return owner;
 }
 
-Variant array_with_bounds_of(SAFEARRAY& model, VARTYPE type)
+/// The size of an element in an array; 0 for types that are no values.
+std::size_t size_of(VARTYPE type) noexcept
 {
-    std::vector<SAFEARRAYBOUND> bounds(model.cDims);
+    switch (type) {
+    case VT_I1:
+    case VT_UI1:
+        return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+        return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        return 8;
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return sizeof(void*);
+    case VT_DECIMAL:
+    case VT_VARIANT:
+        return 16;
+    default:
+        return 0;
+    }
+}
+
+/// How many elements there are within these bounds. Raises 7 when they take more than so many bytes.
+std::size_t count_within(std::span<const SAFEARRAYBOUND> bounds, std::size_t element_size, std::uint64_t most_bytes)
+{
+    if (std::ranges::any_of(bounds, [](const SAFEARRAYBOUND& bound) { return bound.cElements == 0; }))
+        return 0;
+    std::uint64_t bytes = element_size;
+    for (const SAFEARRAYBOUND& bound : bounds) {
+        bytes *= bound.cElements; // neither factor has more than 32 bits
+        if (bytes > most_bytes)
+            throw Error{Runtime::OutOfMemory};
+    }
+    return static_cast<std::size_t>(bytes / element_size);
+}
+
+Variant array_with_bounds_of(const SAFEARRAY& model, VARTYPE type)
+{
     // The array keeps its bounds from the last dimension to the first.
-    for (USHORT i = 0; i < model.cDims; ++i)
-        bounds[i] = model.rgsabound[model.cDims - 1 - i];
-    SAFEARRAY* array = SafeArrayCreate(type, model.cDims, bounds.data());
-    if (!array)
-        throw Error{Runtime::OutOfMemory};
-    return owner_of(array, type);
+    const std::vector<SAFEARRAYBOUND> bounds(std::reverse_iterator{model.rgsabound + model.cDims},
+                                             std::reverse_iterator{model.rgsabound});
+    return new_array(type, bounds);
+}
+
+/// The type of an array's elements as the array itself knows it; VT_EMPTY where it says nothing.
+VARTYPE own_type(const SAFEARRAY& array) noexcept
+{
+    VARTYPE type = VT_EMPTY;
+    if (SUCCEEDED(SafeArrayGetVartype(const_cast<SAFEARRAY*>(&array), &type))) // which reads it only
+        return type;
+    // Not every array was made by the platform: those say no more than how their elements are let go.
+    constexpr std::pair<USHORT, VARTYPE> owners[]{
+        {FADF_BSTR, VT_BSTR}, {FADF_DISPATCH, VT_DISPATCH}, {FADF_UNKNOWN, VT_UNKNOWN}, {FADF_VARIANT, VT_VARIANT}, {FADF_RECORD, VT_RECORD}};
+    for (const auto& [feature, owner] : owners)
+        if (array.fFeatures & feature)
+            return owner;
+    return VT_EMPTY;
+}
+
+/// Whether elements of the first type may be read as elements of the second.
+bool is_readable_as(VARTYPE own, VARTYPE labelled) noexcept
+{
+    switch (labelled) {
+    case VT_I4:
+    case VT_INT:
+        return own == VT_I4 || own == VT_INT;
+    case VT_UI4:
+    case VT_UINT:
+        return own == VT_UI4 || own == VT_UINT;
+    case VT_UNKNOWN:
+        return own == VT_UNKNOWN || own == VT_DISPATCH;
+    default:
+        return own == labelled;
+    }
 }
 
 /// The element of an array as a variant that shares it.
@@ -54,6 +135,30 @@ std::optional<SAFEARRAY*> array_in(const VARIANT& value) noexcept
     return inner.pparray ? *inner.pparray : nullptr;
 }
 
+std::size_t element_count(const SAFEARRAY& array)
+{
+    const std::size_t element_size = std::max<std::size_t>(array.cbElements, 1);
+    const std::size_t count = count_within({array.rgsabound, array.cDims}, element_size, std::numeric_limits<std::uint32_t>::max());
+    if (count > 0 && !array.pvData)
+        throw Error{Runtime::SubscriptOutOfRange};
+    return count;
+}
+
+SAFEARRAY& readable_array(const VARIANT& value)
+{
+    const auto array = array_in(value);
+    if (!array)
+        throw Error{Runtime::TypeMismatch};
+    if (!*array || (*array)->cDims == 0)
+        throw Error{Runtime::SubscriptOutOfRange};
+    const VARTYPE labelled = element_type(value), own = own_type(**array);
+    const bool is_labelled_rightly = own == VT_EMPTY || is_readable_as(own, labelled);
+    if (size_of(labelled) == 0 || size_of(labelled) != (*array)->cbElements || !is_labelled_rightly)
+        throw Error{Runtime::TypeMismatch};
+    element_count(**array);
+    return **array;
+}
+
 VARTYPE element_type(const VARIANT& value) noexcept
 {
     const VARTYPE type = followed(value).vt;
@@ -80,38 +185,42 @@ void assign(SAFEARRAY** target, Variant value)
 {
     if (!target)
         throw Error{Runtime::InvalidCall};
-    if (*target) {
-        if ((*target)->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE))
-            throw Error{Runtime::ArrayLocked};
-        check(SafeArrayDestroy(*target));
-    }
-    *target = value.release().parray;
+    if (*target && ((*target)->cLocks > 0 || ((*target)->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE))))
+        throw Error{Runtime::ArrayLocked};
+    // The former array goes last: letting go of its objects may run code that looks at the variable.
+    SafeArrayDestroy(std::exchange(*target, value.release().parray));
 }
 
-Variant new_array(VARTYPE type, std::size_t count)
+Variant new_array(VARTYPE type, std::span<const SAFEARRAYBOUND> bounds)
 {
-    SAFEARRAY* array = SafeArrayCreateVector(type, 0, static_cast<ULONG>(count));
+    constexpr auto most_bytes = static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max());
+    count_within(bounds, std::max<std::size_t>(size_of(type), 1), most_bytes);
+    auto* const first = const_cast<SAFEARRAYBOUND*>(bounds.data()); // which the platform reads only
+    SAFEARRAY* const array = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), first);
     if (!array)
         throw Error{Runtime::OutOfMemory};
     return owner_of(array, type);
 }
 
+Variant new_array(VARTYPE type, std::size_t count)
+{
+    const SAFEARRAYBOUND bounds[]{{static_cast<ULONG>(count), 0}};
+    return new_array(type, bounds);
+}
+
 Variant array_of_type(SAFEARRAY* array, VARTYPE type)
 {
-    if (!array)
+    if (!array || array->cDims == 0)
         return owner_of(nullptr, type);
-    VARTYPE source_type = VT_EMPTY;
-    check(SafeArrayGetVartype(array, &source_type));
+    element_count(*array);
+    const VARTYPE source_type = own_type(*array);
+    if (size_of(source_type) == 0 || size_of(source_type) != array->cbElements)
+        throw Error{Runtime::TypeMismatch};
     if (source_type == type) {
         SAFEARRAY* copy = nullptr;
         check(SafeArrayCopy(array, &copy));
         return owner_of(copy, type);
     }
-    if (array->cDims == 0)
-        return owner_of(nullptr, type);
-    const bool known = source_type <= VT_UINT && source_type != VT_RECORD;
-    if (!known)
-        throw Error{Runtime::TypeMismatch};
 
     Variant target = array_with_bounds_of(*array, type);
     const std::size_t source_size = SafeArrayGetElemsize(array);

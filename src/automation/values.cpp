@@ -1,6 +1,7 @@
 #include "automation/values.h"
 
 #include "automation/border.h"
+#include "automation/safe_array.h"
 
 namespace automation {
 
@@ -9,6 +10,14 @@ Variant::Variant(const VARIANT& other) : Variant{}
     const VARIANT& inner = followed(other);
     if (inner.vt == (VT_VARIANT | VT_BYREF))
         throw Error{Runtime::TypeMismatch};
+    if (const auto array = array_in(inner)) {
+        if (!*array || (*array)->cDims == 0) { // still to be dimensioned
+            vt = static_cast<VARTYPE>(VT_ARRAY | element_type(inner));
+            parray = nullptr;
+            return;
+        }
+        element_count(**array); // the platform copies whatever the bounds say
+    }
     check(VariantCopyInd(this, const_cast<VARIANT*>(&inner))); // reads it only
 }
 

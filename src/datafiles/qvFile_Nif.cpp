@@ -36,16 +36,6 @@ SAFEARRAY* array_of(const Variant& variant) noexcept
     return automation::array_in(variant).value_or(nullptr);
 }
 
-Variant new_array(VARTYPE type, USHORT dimensions, SAFEARRAYBOUND* bounds)
-{
-    Variant array;
-    array.parray = SafeArrayCreate(type, dimensions, bounds);
-    if (!array.parray)
-        throw Error{Runtime::OutOfMemory};
-    array.vt = static_cast<VARTYPE>(VT_ARRAY | type);
-    return array;
-}
-
 /// How far an index is from the lower bound. Raises 9 for one that is not within the bounds.
 std::size_t offset(const SAFEARRAYBOUND& bound, long index)
 {
@@ -141,8 +131,8 @@ void qvFile_Nif::set_size(std::int32_t m, std::int32_t n)
     if (m <= 0 || n <= 0)
         raise_subscript();
     SAFEARRAYBOUND bounds[]{{static_cast<ULONG>(m), 1}, {static_cast<ULONG>(n), 1}};
-    Variant values = new_array(VT_R8, 2, bounds);
-    names_ = new_array(VT_BSTR, 1, bounds);
+    Variant values = automation::new_array(VT_R8, bounds);
+    names_ = automation::new_array(VT_BSTR, std::span{bounds}.first(1));
     values_ = std::move(values);
     m_ = m;
     n_ = n;

@@ -256,12 +256,7 @@ qvFile_qvb::Bounds qvFile_qvb::bounds_of_data(const DataFile& file, const Parts&
 /// Reads what is behind the headers: the elements as an array of this type, and the names.
 Variant qvFile_qvb::read_matrix(DataFile& file, const Parts& parts, VARTYPE type) const
 {
-    Bounds bounds = bounds_of_data(file, parts, type);
-    Variant matrix;
-    matrix.parray = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data());
-    if (!matrix.parray)
-        throw Error{Runtime::OutOfMemory};
-    matrix.vt = static_cast<VARTYPE>(VT_ARRAY | type);
+    Variant matrix = automation::new_array(type, bounds_of_data(file, parts, type));
     read_elements(file, matrix.parray, type);
     if (parts.matrix->fields().object_names)
         parts.names->load(file);

@@ -84,8 +84,8 @@ void fill_last_columns(const ClientTable& target, std::size_t count, const Clien
 
 void append_columns(const VARIANT& table, const VARIANT& addition) noexcept
 try {
-    SAFEARRAY* target = array_of(table, 1);
-    if (!target || target->cDims != 2)
+    SAFEARRAY* const target = &automation::readable_array(table);
+    if (target->cDims != 2)
         return;
     // Kept by itself: the variable that holds the array may be a cell of the table, which moves when that grows.
     VARIANT source;

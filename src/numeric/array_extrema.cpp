@@ -150,18 +150,6 @@ std::vector<Extremes> extremes(const Elements& table, bool of_columns)
         });
 }
 
-/// A new array of Variant with two rows.
-Variant two_rows(std::size_t columns)
-{
-    SAFEARRAYBOUND bounds[]{{2, 0}, {static_cast<ULONG>(columns), 0}};
-    Variant table;
-    table.parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
-    if (!table.parray)
-        throw Error{Runtime::OutOfMemory};
-    table.vt = VT_ARRAY | VT_VARIANT;
-    return table;
-}
-
 } // namespace
 
 Variant extreme(const VARIANT& value, End end)
@@ -185,8 +173,9 @@ Variant min_max(const VARIANT& table, bool of_columns)
     const Elements elements{table};
     if (elements.dimensions() != 2)
         throw Error{Runtime::SubscriptOutOfRange};
+    const SAFEARRAYBOUND bounds[]{{2, 0}, {static_cast<ULONG>(elements.count(of_columns ? 2 : 1)), 0}};
+    Variant result = automation::new_array(VT_VARIANT, bounds);
     const std::vector<Extremes> lines = extremes(elements, of_columns);
-    Variant result = two_rows(lines.size());
     const automation::LockedArray<VARIANT> cells{result.parray};
     for (std::size_t i = 0; i < lines.size(); ++i) {
         cells[2 * i] = Variant{elements[lines[i].least]}.release();

@@ -65,19 +65,8 @@ SAFEARRAYBOUND bounds_of(const Elements& elements, USHORT dimension) noexcept
 
 Variant new_table(VARTYPE type, SAFEARRAYBOUND rows, SAFEARRAYBOUND columns)
 {
-    constexpr std::size_t room = std::numeric_limits<LONG>::max();
-    const std::size_t largest_element = type == VT_VARIANT || type == VT_DECIMAL ? sizeof(VARIANT) : sizeof(double);
-    SAFEARRAYBOUND dimensions[]{rows, columns};
-    SAFEARRAY* array = nullptr;
-    // The platform's own product of counts and element size must not wrap around.
-    if (columns.cElements == 0 || rows.cElements <= room / largest_element / columns.cElements)
-        array = SafeArrayCreate(type, 2, dimensions);
-    if (!array)
-        throw Error{Runtime::OutOfMemory};
-    Variant table;
-    table.vt = static_cast<VARTYPE>(VT_ARRAY | type);
-    table.parray = array;
-    return table;
+    const SAFEARRAYBOUND dimensions[]{rows, columns};
+    return automation::new_array(type, dimensions);
 }
 
 Kinds kind(VARTYPE type) noexcept

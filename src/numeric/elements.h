@@ -11,12 +11,12 @@ namespace numeric {
 /// The elements of a client's array with their bounds, locked while this lives.
 class Elements {
 public:
-    /// Raises 13 for a value that is no array or holds records, 9 for an array that has no elements to speak of because it
-    /// was never dimensioned.
+    /// Raises 13 for a value that is no array, holds records or other elements than it says, 9 for an array still to be
+    /// dimensioned, 7 for bounds beyond memory.
     explicit Elements(const VARIANT& value);
 
     VARTYPE type() const noexcept { return type_; }
-    std::size_t size() const noexcept { return size_; }
+    std::size_t size() const noexcept { return data_.size(); }
     USHORT dimensions() const noexcept { return array_->cDims; }
 
     /// The bounds of a dimension, counted from 1.
@@ -34,7 +34,7 @@ public:
     template <class Element>
     std::span<Element> as() const noexcept
     {
-        return {reinterpret_cast<Element*>(data_.begin()), size_};
+        return {reinterpret_cast<Element*>(data_.begin()), size()};
     }
 
 private:
@@ -43,7 +43,6 @@ private:
     SAFEARRAY* array_;
     VARTYPE type_;
     std::size_t element_size_;
-    std::size_t size_;
     automation::LockedArray<std::byte> data_;
 };
 

@@ -37,24 +37,26 @@ public:
     }
 
     /// Adds all elements of an array with one dimension, of any type and with any lower bound.
-    void add_elements(SAFEARRAY* array, VARTYPE type)
+    void add_elements(const VARIANT& value)
     {
-        if (!array || array->cDims != 1)
+        SAFEARRAY& array = automation::readable_array(value);
+        if (array.cDims != 1)
             throw Error{Runtime::SubscriptOutOfRange};
-        const LockedArray<std::byte> elements{array};
+        const VARTYPE type = automation::element_type(value);
+        const LockedArray<std::byte> elements{&array};
         std::byte* place = elements.begin();
-        for (std::size_t i = 0; i < elements.size(); ++i, place += array->cbElements)
+        for (std::size_t i = 0; i < elements.size(); ++i, place += array.cbElements)
             add(element(place, type));
     }
 
     const std::vector<std::wstring_view>& texts() const noexcept { return texts_; }
 
 private:
-    /// An element in its place in the array; by its type alone a record can't be told.
+    /// An element in its place in the array.
     static VARIANT element(void* place, VARTYPE type) noexcept
     {
         VARIANT reference{};
-        reference.vt = static_cast<VARTYPE>(type == VT_RECORD ? VT_ERROR : VT_BYREF | type);
+        reference.vt = static_cast<VARTYPE>(VT_BYREF | type);
         reference.byref = place;
         return reference;
     }
@@ -73,7 +75,7 @@ ReplacementTexts replacement_texts(SAFEARRAY* values)
         if (automation::is_missing(only))
             return texts;
         if (only.vt & VT_ARRAY) {
-            texts.add_elements(only.vt & VT_BYREF ? *only.pparray : only.parray, only.vt & VT_TYPEMASK);
+            texts.add_elements(only);
             return texts;
         }
     }

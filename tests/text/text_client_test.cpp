@@ -91,6 +91,10 @@ TEST_F(Texts, InsertRaisesWhatTheFirstValueFailsWith)
     EXPECT_EQ(common.try_call(L"Insert", {L"|1", &thing}).result, DISP_E_EXCEPTION);
     EXPECT_EQ(insert({L"|1 |2 |3 |4 |5", L"a", Value::null(), &thing, array(VT_I2, 0, {1}), L"e"}), L"a a a a e");
 
+    Value bytes = array(VT_UI1, 0, {1, 2, 3, 4, 5, 6, 7, 8});
+    bytes.vt = VT_ARRAY | VT_BSTR;
+    expect_error(common.try_call(L"Insert", {L"|1", Value::reference(VT_ARRAY | VT_BSTR, &bytes.parray)}), 13, L"Type mismatch");
+    bytes.vt = VT_ARRAY | VT_UI1;
     for (const Value& wrong : {Value::of_type(VT_ARRAY | VT_VARIANT), client::table(VT_VARIANT, 0, 0, {{L"a"}})})
         expect_error(common.try_call(L"Insert", {L"|1", wrong}), 9, L"Subscript out of range");
     std::wstring message;
