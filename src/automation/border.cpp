@@ -69,27 +69,58 @@ HRESULT answer_exception() noexcept
     }
 }
 
-void check(HRESULT result)
+HRESULT runtime_failure(std::uint16_t number) noexcept
 {
-    if (SUCCEEDED(result))
-        return;
+    return runtime_base + number;
+}
+
+Error failure(HRESULT result)
+{
     switch (result) {
     case E_OUTOFMEMORY:
-        throw Error{Runtime::OutOfMemory};
+        return Error{Runtime::OutOfMemory};
     case DISP_E_OVERFLOW:
-        throw Error{Runtime::Overflow};
+        return Error{Runtime::Overflow};
     case DISP_E_BADINDEX:
-        throw Error{Runtime::SubscriptOutOfRange};
+        return Error{Runtime::SubscriptOutOfRange};
     case DISP_E_ARRAYISLOCKED:
-        throw Error{Runtime::ArrayLocked};
+        return Error{Runtime::ArrayLocked};
+    case DISP_E_DIVBYZERO:
+        return Error{Runtime::DivisionByZero};
     case DISP_E_TYPEMISMATCH:
     case DISP_E_BADVARTYPE:
-        throw Error{Runtime::TypeMismatch};
+        return Error{Runtime::TypeMismatch};
     case E_INVALIDARG:
-        throw Error{Runtime::InvalidCall};
+        return Error{Runtime::InvalidCall};
+    case DISP_E_MEMBERNOTFOUND:
+    case DISP_E_UNKNOWNNAME:
+        return Error{Runtime::MemberNotSupported};
+    case DISP_E_NONAMEDARGS:
+        return Error{Runtime::NoNamedArguments};
+    case DISP_E_UNKNOWNLCID:
+        return Error{Runtime::LocaleNotSupported};
+    case DISP_E_PARAMNOTFOUND:
+        return Error{Runtime::NamedArgumentNotFound};
+    case DISP_E_PARAMNOTOPTIONAL:
+        return Error{Runtime::ArgumentNotOptional};
+    case DISP_E_BADPARAMCOUNT:
+        return Error{Runtime::WrongArgumentCount};
     default:
-        throw Error{result, system_text(result)};
+        break;
     }
+    if (HRESULT_FACILITY(result) == FACILITY_CONTROL && HRESULT_CODE(result) != 0) {
+        const std::int32_t number = HRESULT_CODE(result);
+        const std::wstring_view text = runtime_text(number);
+        return Error{number, std::wstring{text.empty() ? unknown_runtime_text : text}};
+    }
+    const std::wstring text = system_text(result);
+    return Error{result, text.empty() ? std::wstring{runtime_text(static_cast<std::int32_t>(Runtime::Automation))} : text};
+}
+
+void check(HRESULT result)
+{
+    if (FAILED(result))
+        throw failure(result);
 }
 
 } // namespace automation

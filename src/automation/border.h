@@ -14,8 +14,14 @@ namespace automation {
 /// error information. Only inside a catch block.
 HRESULT answer_exception() noexcept;
 
-/// Raises the runtime error that a failed platform call stands for (memory 7, bad index 9, type mismatch 13, overflow 6, ...);
-/// a failure without one keeps its own code, with the system's text. Does nothing for success.
+/// The runtime error that a failed call stands for, of the platform or of a client's object (memory 7, bad index 9, type
+/// mismatch 13, overflow 6, ...); a failure without one keeps its own code, with the system's text.
+Error failure(HRESULT result);
+
+/// The failure that a runtime error crosses a border as.
+HRESULT runtime_failure(std::uint16_t number) noexcept;
+
+/// Raises the error that a failed call stands for. Does nothing for success.
 void check(HRESULT result);
 
 /// While this lives, a calculation that overflows or meets a NaN raises no exception of the processor: programs of some

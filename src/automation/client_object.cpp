@@ -8,6 +8,14 @@
 namespace automation {
 namespace {
 
+/// What a client's object raises: by the number of its own, or by the code of a failure.
+Error standard_error(const EXCEPINFO& exception)
+{
+    if (exception.wCode)
+        return failure(runtime_failure(exception.wCode));
+    return FAILED(exception.scode) ? failure(exception.scode) : Error{Runtime::Automation};
+}
+
 [[noreturn]] void raise(EXCEPINFO& exception)
 {
     if (exception.pfnDeferredFillIn)
@@ -15,11 +23,9 @@ namespace {
     SysFreeString(exception.bstrHelpFile);
     const Text source = Text::adopt(exception.bstrSource);
     const Text description = Text::adopt(exception.bstrDescription);
-    const HRESULT code = exception.wCode ? exception.wCode : exception.scode;
-    const std::int32_t number = HRESULT_FACILITY(code) == FACILITY_CONTROL ? HRESULT_CODE(code) : code;
-    const std::wstring_view standard = runtime_text(number);
-    throw Error{number, std::wstring{SysStringLen(description.get()) ? std::wstring_view{description} : standard},
-                std::wstring{source}};
+    const Error standard = standard_error(exception);
+    const std::wstring_view text = SysStringLen(description.get()) > 0 ? std::wstring_view{description} : standard.description();
+    throw Error{standard.number(), std::wstring{text}, std::wstring{source}};
 }
 
 DISPID find(IDispatch* object, const wchar_t* member)
@@ -35,6 +41,7 @@ DISPID find(IDispatch* object, const wchar_t* member)
 
 Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS& arguments, bool wants_result)
 {
+    const Ref held{object}; // its own code may let go of it
     const DISPID id = find(object, member);
     Variant result;
     EXCEPINFO exception{};
@@ -47,8 +54,6 @@ Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS&
         outcome = try_as(DISPATCH_PROPERTYGET);
     if (outcome == DISP_E_EXCEPTION)
         raise(exception);
-    if (outcome == DISP_E_MEMBERNOTFOUND || outcome == DISP_E_UNKNOWNNAME)
-        throw Error{Runtime::MemberNotSupported};
     check(outcome);
     return result;
 }

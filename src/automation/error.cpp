@@ -15,6 +15,7 @@ constexpr std::array texts{
     Text{Runtime::OutOfMemory, L"Out of memory"},
     Text{Runtime::SubscriptOutOfRange, L"Subscript out of range"},
     Text{Runtime::ArrayLocked, L"This array is fixed or temporarily locked"},
+    Text{Runtime::DivisionByZero, L"Division by zero"},
     Text{Runtime::TypeMismatch, L"Type mismatch"},
     Text{Runtime::OutOfStackSpace, L"Out of stack space"},
     Text{Runtime::BadFileNumber, L"Bad file name or number"},
@@ -31,6 +32,12 @@ constexpr std::array texts{
     Text{Runtime::ObjectNotSet, L"Object variable or With block variable not set"},
     Text{Runtime::InvalidNull, L"Invalid use of Null"},
     Text{Runtime::MemberNotSupported, L"Object doesn't support this property or method"},
+    Text{Runtime::Automation, L"Automation error"},
+    Text{Runtime::NoNamedArguments, L"Object doesn't support named arguments"},
+    Text{Runtime::LocaleNotSupported, L"Object doesn't support current locale setting"},
+    Text{Runtime::NamedArgumentNotFound, L"Named argument not found"},
+    Text{Runtime::ArgumentNotOptional, L"Argument not optional"},
+    Text{Runtime::WrongArgumentCount, L"Wrong number of arguments or invalid property assignment"},
     Text{Runtime::KeyExists, L"This key is already associated with an element of this collection"},
 };
 

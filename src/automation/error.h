@@ -14,6 +14,7 @@ enum class Runtime : std::int32_t {
     OutOfMemory = 7,
     SubscriptOutOfRange = 9,
     ArrayLocked = 10,
+    DivisionByZero = 11,
     TypeMismatch = 13,
     OutOfStackSpace = 28,
     BadFileNumber = 52,
@@ -30,8 +31,17 @@ enum class Runtime : std::int32_t {
     ObjectNotSet = 91,
     InvalidNull = 94,
     MemberNotSupported = 438,
+    Automation = 440,
+    NoNamedArguments = 446,
+    LocaleNotSupported = 447,
+    NamedArgumentNotFound = 448,
+    ArgumentNotOptional = 449,
+    WrongArgumentCount = 450,
     KeyExists = 457,
 };
+
+/// The text of runtime errors without one of their own.
+inline constexpr std::wstring_view unknown_runtime_text = L"Application-defined or object-defined error";
 
 /// The standard English text of a runtime error; empty for a number without one.
 std::wstring_view runtime_text(std::int32_t number) noexcept;

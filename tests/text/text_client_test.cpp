@@ -135,6 +135,8 @@ TEST_F(Texts, NumbersGoIntoAnyCollection)
     expect_error(common.try_call(L"GetNumbersFromStringCol", {L"", static_cast<IDispatch*>(nullptr)}), 91,
                  L"Object variable or With block variable not set");
     EXPECT_EQ(common.try_call(L"GetNumbersFromStringCol", {L"1", common}).number(), 438) << "no collection";
+    expect_error(common.try_call(L"GetNumbersFromStringCol", {L"1", Object::create(L"Scripting.Dictionary")}), 450,
+                 L"Wrong number of arguments or invalid property assignment");
 }
 
 TEST_F(Texts, WhatIsNotNumericIsToldWhenWanted)
