@@ -5,6 +5,7 @@
 #include "frame/qvCommon.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
@@ -66,19 +67,45 @@ double ratio_of_texts(_qvCommon& common, std::vector<Text>& texts)
     return ours.seconds() / plain.seconds();
 }
 
-/// Variants of Double, as scripts have them, beside bare Doubles.
-double ratio_of_variants(_qvCommon& common, const std::vector<double>& numbers)
+/// A number as a value of this type; one that the type has no room for as 0.
+Variant number_of_type(double number, VARTYPE type)
+{
+    Variant value;
+    if (type != VT_EMPTY && FAILED(automation::change_type(value, Variant{number}, type)))
+        return number_of_type(0, type);
+    return value;
+}
+
+/// Variants of any of these types, as scripts have them, beside bare Doubles.
+double ratio_of_variants(_qvCommon& common, const std::vector<double>& numbers, const std::vector<VARTYPE>& types)
 {
     Best ours, plain;
-    Variant array = automation::new_array(VT_VARIANT, numbers.size());
+    std::mt19937 random{2};
+    std::vector<Variant> values;
+    for (const double number : numbers)
+        values.push_back(number_of_type(number, types[random() % types.size()]));
+    Variant array = automation::new_array(VT_VARIANT, values.size());
     for (int round = 0; round < rounds; ++round) {
-        std::ranges::transform(numbers, automation::LockedArray<VARIANT>{array.parray}.begin(),
-                               [](double number) { return Variant{number}.release(); });
+        const automation::LockedArray<VARIANT> elements{array.parray};
+        std::ranges::copy(values, elements.begin()); // nothing that owns anything
         ours.take([&] { sort_by_class(common, array); });
         std::vector<double> sorted = numbers;
         plain.take([&] { std::ranges::stable_sort(sorted); });
     }
     return ours.seconds() / plain.seconds();
+}
+
+std::vector<double> random_numbers(std::size_t count, double size)
+{
+    std::mt19937 random{1};
+    std::vector<double> numbers(count);
+    std::ranges::generate(numbers, [&] { return std::uniform_real_distribution{-size, size}(random); });
+    return numbers;
+}
+
+void print_mixture(_qvCommon& common, const char* name, const std::vector<double>& numbers, const std::vector<VARTYPE>& types)
+{
+    std::printf("%-29s %.2f of std::stable_sort of Doubles (bar 5)\n", name, ratio_of_variants(common, numbers, types));
 }
 
 } // namespace
@@ -87,9 +114,8 @@ int main()
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     const auto common = automation::make<qvCommon>();
+    const std::vector<double> doubles = random_numbers(1000000, 1e6);
     std::mt19937 random{1};
-    std::vector<double> doubles(1000000);
-    std::ranges::generate(doubles, [&] { return std::uniform_real_distribution{-1e6, 1e6}(random); });
     std::vector<LONG> longs(1000000);
     std::ranges::generate(longs, [&] { return static_cast<LONG>(random()); });
     std::vector<Text> texts(200000);
@@ -103,5 +129,17 @@ int main()
     std::printf("1,000,000 Longs:              %.2f of std::stable_sort (bar 1.5)\n", ratio(*common, VT_I4, longs));
     std::printf("200,000 texts:                %.2f of std::stable_sort with the same comparison (bar 1.5)\n",
                 ratio_of_texts(*common, texts));
-    std::printf("1,000,000 variants of Double: %.2f of std::stable_sort of Doubles\n", ratio_of_variants(*common, doubles));
+    std::printf("1,000,000 variants of Double: %.2f of std::stable_sort of Doubles\n", ratio_of_variants(*common, doubles, {VT_R8}));
+
+    const std::vector<double> some = random_numbers(100000, 1e5);
+    std::vector<double> tenths(some.size());
+    std::ranges::transform(some, tenths.begin(), [](double number) { return std::round(number) / 10; });
+    std::vector<VARTYPE> mostly_double(1000, VT_R8);
+    mostly_double[0] = VT_EMPTY;
+    std::puts("100,000 variants:");
+    print_mixture(*common, "  Doubles and some Empty:", some, mostly_double);
+    print_mixture(*common, "  Currency and whole numbers:", some, {VT_CY, VT_I4, VT_I2, VT_UI1, VT_BOOL});
+    print_mixture(*common, "  Currency and Doubles:", some, {VT_CY, VT_R8});
+    print_mixture(*common, "  tenths, Single and Double:", tenths, {VT_R4, VT_R8});
+    print_mixture(*common, "  all number types:", some, {VT_EMPTY, VT_BOOL, VT_UI1, VT_I2, VT_I4, VT_R4, VT_R8, VT_DATE, VT_CY});
 }

@@ -1,13 +1,16 @@
 #include "numeric/array_sorting.h"
 
 #include "automation/border.h"
+#include "numeric/consistent_order.h"
 #include "numeric/elements.h"
 #include "numeric/insertion_sort.h"
 #include "numeric/variant_order.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+#include <span>
 #include <vector>
 
 namespace numeric {
@@ -42,6 +45,23 @@ bool nan_is_always_greater()
         && compare(nan, nan) == Order::Greater;
 }
 
+void rearrange(std::span<VARIANT> values, std::span<const std::uint32_t> order)
+{
+    const std::vector<VARIANT> former(values.begin(), values.end());
+    std::ranges::transform(order, values.begin(), [&](std::uint32_t index) { return former[index]; });
+}
+
+void sort_variants(const Elements& elements)
+{
+    const auto values = elements.as<VARIANT>();
+    if (const auto order = consistent_order(values))
+        rearrange(values, *order);
+    else if (is_consistent(values))
+        std::ranges::stable_sort(values, consistent_less);
+    else
+        sort_by_insertion(elements);
+}
+
 void sort_values(const Elements& elements)
 {
     if ((elements.type() == VT_R8 || elements.type() == VT_DATE) && nan_is_always_greater())
@@ -50,8 +70,8 @@ void sort_values(const Elements& elements)
         return sort_with_nans(elements.as<float>());
     if (elements.type() == VT_BSTR)
         std::ranges::stable_sort(elements.as<BSTR>(), text_less);
-    else if (elements.type() == VT_VARIANT && is_consistent(elements.as<VARIANT>()))
-        std::ranges::stable_sort(elements.as<VARIANT>(), consistent_less);
+    else if (elements.type() == VT_VARIANT)
+        sort_variants(elements);
     else
         sort_by_insertion(elements);
 }

@@ -5,7 +5,7 @@
 namespace numeric {
 
 /// Sorts a one-dimensional array in place, ascending and stable. Arrays in which any two elements compare without doubt (of
-/// one type, or of plain numbers and texts) take n log n comparisons; all others go through straight insertion, which
+/// one type, or of numbers and texts) take n log n comparisons; all others go through straight insertion, which
 /// answers for whatever their comparisons say. Raises 13 for a value that is no array or elements that can't be compared,
 /// 9 for an array not dimensioned or of more dimensions. After an error each element is still there, in some order.
 void sort(const VARIANT& array);

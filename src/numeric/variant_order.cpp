@@ -2,11 +2,13 @@
 
 #include "automation/border.h"
 #include "automation/client_object.h"
+#include "numeric/exact_order.h"
 #include "numeric/plain_number.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace numeric {
 namespace {
@@ -15,36 +17,10 @@ using automation::Variant;
 
 constexpr ULONG ignore_case = NORM_IGNORECASE;
 
-/// Types whose values all compare as Doubles that hold them exactly.
-bool is_plain_number(const VARIANT& value) noexcept
+/// Types that compare consistently with their own kind only, as they are rounded to another type beside others.
+bool is_consistent_alone(VARTYPE type) noexcept
 {
-    switch (value.vt) {
-    case VT_UI1:
-    case VT_I2:
-    case VT_I4:
-    case VT_BOOL:
-        return true;
-    case VT_R8:
-    case VT_DATE:
-        return !std::isnan(value.dblVal);
-    default:
-        return false;
-    }
-}
-
-/// Types that compare consistently with their own kind only: among others they are rounded to another type, now and then.
-bool is_consistent_alone(const VARIANT& value) noexcept
-{
-    switch (value.vt) {
-    case VT_R4:
-        return !std::isnan(value.fltVal);
-    case VT_CY:
-    case VT_I8:
-    case VT_DECIMAL:
-        return true;
-    default:
-        return false;
-    }
+    return type == VT_I8 || type == VT_DECIMAL;
 }
 
 bool is_number(VARTYPE type) noexcept
@@ -80,15 +56,18 @@ HRESULT platform_order(const VARIANT& left, const VARIANT& right) noexcept
 
 Order order_of_values(const VARIANT& left, const VARIANT& right)
 {
-    if (is_plain_number(left) && is_plain_number(right)) {
-        const double a = plain_number(left), b = plain_number(right);
-        return a < b ? Order::Less : a > b ? Order::Greater : Order::Equal;
-    }
+    const NumberKind left_kind = number_kind(left), right_kind = number_kind(right);
+    if (compare_exactly(left_kind, right_kind))
+        return exact_order(left, right);
     if (left.vt == VT_BSTR && is_number(right.vt))
         return Order::Greater;
     if (right.vt == VT_BSTR && is_number(left.vt))
         return Order::Less;
     const HRESULT result = platform_order(left, right);
+    const bool is_beside_currency = left_kind != NumberKind::None && right_kind != NumberKind::None
+                                 && (left_kind == NumberKind::Currency || right_kind == NumberKind::Currency);
+    if (result == DISP_E_OVERFLOW && is_beside_currency) // the platform may calculate to compare
+        return exact_order(left, right);
     automation::check(result);
     return static_cast<Order>(result);
 }
@@ -103,10 +82,9 @@ bool stands_for_another(const VARIANT& value) noexcept
     return (value.vt & VT_BYREF) || is_object(value);
 }
 
-/// The value behind references and objects.
-Variant resolved(const VARIANT& value)
+/// What a value stands for: an object for its default value.
+Variant resolved(Variant own)
 {
-    Variant own{automation::followed(value)};
     return is_object(own) ? automation::default_value(own.punkVal) : own;
 }
 
@@ -129,7 +107,10 @@ Order compare(const VARIANT& left, const VARIANT& right)
 {
     if (!stands_for_another(left) && !stands_for_another(right))
         return order_of_values(left, right);
-    return order_of_values(resolved(left), resolved(right));
+    // Both are owned before an object is asked for its value: its code may take the other one from its place.
+    Variant own_left{automation::followed(left)}, own_right{automation::followed(right)};
+    own_left = resolved(std::move(own_left));
+    return order_of_values(own_left, resolved(std::move(own_right)));
 }
 
 bool text_less(BSTR left, BSTR right) noexcept
@@ -141,25 +122,34 @@ bool is_consistent(std::span<const VARIANT> values) noexcept
 {
     if (values.empty())
         return true;
-    if (is_consistent_alone(values[0]))
-        return std::ranges::all_of(
-            values, [&](const VARIANT& value) { return value.vt == values[0].vt && is_consistent_alone(value); });
-    return std::ranges::all_of(values, [](const VARIANT& value) { return value.vt == VT_BSTR || is_plain_number(value); });
+    if (is_consistent_alone(values[0].vt))
+        return std::ranges::all_of(values, [&](const VARIANT& value) { return value.vt == values[0].vt; });
+    KindSet kinds;
+    bool has_texts = false, has_empty = false;
+    for (const VARIANT& value : values) {
+        has_texts |= value.vt == VT_BSTR;
+        has_empty |= value.vt == VT_EMPTY;
+        const NumberKind kind = number_kind(value);
+        if (value.vt != VT_BSTR && kind == NumberKind::None)
+            return false;
+        kinds.insert(kind);
+    }
+    return !(has_texts && has_empty) && kinds.compare_exactly(); // Empty equals an empty text as well as 0
 }
 
 bool consistent_less(const VARIANT& left, const VARIANT& right) noexcept
 {
     if (left.vt == VT_BSTR || right.vt == VT_BSTR)
         return left.vt == right.vt ? text_less(left.bstrVal, right.bstrVal) : right.vt == VT_BSTR;
-    if (is_consistent_alone(left))
+    if (is_consistent_alone(left.vt))
         return platform_order(left, right) == VARCMP_LT;
-    return plain_number(left) < plain_number(right);
+    return exact_order(left, right) == Order::Less;
 }
 
 Variant absolute(const VARIANT& value)
 {
     if (stands_for_another(value))
-        return absolute_value(resolved(value));
+        return absolute_value(resolved(Variant{automation::followed(value)}));
     return absolute_value(value);
 }
 
@@ -169,7 +159,9 @@ bool have_plain_magnitudes(std::span<const VARIANT> values) noexcept
         // The lowest of a whole type has no counterpart in it.
         const bool lowest = (value.vt == VT_I4 && value.lVal == std::numeric_limits<LONG>::min())
                          || ((value.vt == VT_I2 || value.vt == VT_BOOL) && value.iVal == std::numeric_limits<SHORT>::min());
-        return is_plain_number(value) && !lowest;
+        const NumberKind kind = number_kind(value);
+        const bool is_plain = kind == NumberKind::Small || kind == NumberKind::Long || kind == NumberKind::Double || kind == NumberKind::Date;
+        return is_plain && value.vt != VT_EMPTY && !lowest;
     });
 }
 

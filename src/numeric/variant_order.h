@@ -1,15 +1,14 @@
 #pragma once
 
 #include "automation/values.h"
+#include "numeric/exact_order.h"
 
 #include <span>
 
 /// The order of values: numbers by their size, texts by the alphabet of the user's locale whatever the case of their letters,
-/// and numbers before texts. Everything else stands as the platform's comparison has it.
+/// and numbers before texts. Everything else stands as the platform's comparison has it, which rounds Singles and Currency
+/// beside numbers that have more digits.
 namespace numeric {
-
-/// How one value stands to another; unordered where one of them is Null.
-enum class Order { Less = VARCMP_LT, Equal = VARCMP_EQ, Greater = VARCMP_GT, Unordered = VARCMP_NULL };
 
 /// Objects stand for their default value. Raises 13 for what can't be compared: arrays, error values next to others,
 /// objects without a default value.

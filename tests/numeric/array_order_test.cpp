@@ -163,6 +163,7 @@ TEST_F(ArrayOrder, WhatCannotBeComparedRaisesAndStaysWhole)
         const auto same = [](const VARIANT& a, const VARIANT& b) { return a.vt == b.vt && a.llVal == b.llVal; };
         const std::vector<VARIANT> before(cells.begin(), cells.end());
         EXPECT_EQ(outcome_of([&] { return numeric::sort(value), Variant{}; }), L"error 13");
+        EXPECT_EQ(value.parray->cLocks, 1u) << "that of this test";
         EXPECT_TRUE(std::ranges::is_permutation(cells, before, same));
         EXPECT_EQ(outcome_of([&] { return numeric::extreme(value, End::Greatest); }), L"error 13");
     }

@@ -60,6 +60,21 @@ TEST_F(Arrays, SortIsStableAndBlindToCase)
     EXPECT_EQ(first.holders() + last.holders(), 2);
 }
 
+TEST_F(Arrays, CurrencyComparesOverItsWholeRange)
+{
+    const auto currency = [](double amount) {
+        Value value = Value::of_type(VT_CY);
+        EXPECT_EQ(VarCyFromR8(amount, &value.cyVal), S_OK);
+        return value;
+    };
+    const std::vector<Value> amounts{currency(9e14), currency(-9e14), currency(0), currency(.0001)};
+    EXPECT_EQ(sorted(list(3, amounts)), L"Variant 3: -900000000000000 0 0.0001 900000000000000");
+    const Value mixed = list(3, {currency(9e14), -5, currency(-9e14), short{7}, Value{}, true, currency(6.5)});
+    EXPECT_EQ(sorted(mixed), L"Variant 3: -900000000000000 -5& -1 - 6.5 7 900000000000000");
+    EXPECT_EQ(told(common.call(L"Min", {mixed})) + told(common.call(L"max", {mixed})), L"-900000000000000900000000000000");
+    EXPECT_EQ(sorted(list(3, {1e20, currency(9e14), -9e14, 5})), L"Variant 3: -900000000000000# 5& 900000000000000 1E+20#");
+}
+
 TEST_F(Arrays, SortRaisesWhatItCannotDo)
 {
     expect_failure(common, L"Sort", {7}, mismatch);
