@@ -160,12 +160,6 @@ VARIANT flat(const VARIANT& given) noexcept
     return content;
 }
 
-bool holds_object(const VARIANT& value) noexcept
-{
-    const auto type = static_cast<VARTYPE>(followed(value).vt & ~VT_BYREF);
-    return type == VT_DISPATCH || type == VT_UNKNOWN;
-}
-
 void Frame::push(const VARIANT& value, VARTYPE type) noexcept
 {
     const bool whole = type == VT_VARIANT;

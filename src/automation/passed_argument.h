@@ -15,9 +15,6 @@ constexpr std::size_t most_parameters = 32;
 /// Empty; one to a record, or to itself, stays what it is.
 VARIANT flat(const VARIANT& given) noexcept;
 
-/// Whether a value is an object. Asking it for a value, or calling it, runs code of the client.
-bool holds_object(const VARIANT& value) noexcept;
-
 /// What lies on the stack at the call.
 class Frame {
 public:

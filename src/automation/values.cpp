@@ -30,11 +30,23 @@ const VARIANT& followed(const VARIANT& value) noexcept
     return *inner;
 }
 
+bool holds_object(const VARIANT& value) noexcept
+{
+    const auto type = static_cast<VARTYPE>(followed(value).vt & ~VT_BYREF);
+    return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
 HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept
 {
     if (value.vt == (VT_VARIANT | VT_BYREF)) // what could not be followed
         return DISP_E_TYPEMISMATCH;
     auto* source = const_cast<VARIANT*>(&value); // which the platform reads only
+    Variant held;                                // an object's code may take it from the place where it stands
+    if (holds_object(value)) {
+        if (const HRESULT result = VariantCopyInd(&held, source); FAILED(result))
+            return result;
+        source = &held;
+    }
     return VariantChangeTypeEx(&target, source, LOCALE_USER_DEFAULT, VARIANT_LOCALBOOL, type);
 }
 

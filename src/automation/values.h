@@ -171,6 +171,9 @@ public:
 /// The value itself, behind by-reference variants. One that leads back to itself stays what it is: a reference to a variant.
 const VARIANT& followed(const VARIANT& value) noexcept;
 
+/// Whether a value is an object. Asking it for a value, or calling it, runs code of the client.
+bool holds_object(const VARIANT& value) noexcept;
+
 /// How many bytes a value of a type takes where it is kept on its own, as an element of an array or behind a reference. An
 /// array is the pointer to it. 0 for types without values of their own: VT_EMPTY, VT_NULL, VT_RECORD, what is no type.
 constexpr std::size_t size_of_value(VARTYPE type) noexcept

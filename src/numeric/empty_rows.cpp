@@ -135,9 +135,12 @@ Variant fitting(const VARIANT& variable, Variant array)
 
 void require_replaceable(const VARIANT& variable)
 {
-    const SAFEARRAY& array = **automation::array_in(variable);
-    const bool fixed = (automation::followed(variable).vt & VT_BYREF) && (array.fFeatures & (FADF_STATIC | FADF_FIXEDSIZE));
-    if (fixed || array.cLocks > 0)
+    // The objects in the tables may have left their code something else in the variable.
+    const SAFEARRAY* const array = automation::array_in(variable).value_or(nullptr);
+    if (!array)
+        return;
+    const bool fixed = (automation::followed(variable).vt & VT_BYREF) && (array->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE));
+    if (fixed || array->cLocks > 0)
         throw Error{Runtime::ArrayLocked};
 }
 

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace numeric {
 namespace {
@@ -19,12 +20,14 @@ using automation::Variant;
 using Operation = HRESULT(WINAPI*)(VARIANT*, VARIANT*, VARIANT*);
 
 /// An operand: an object stands for its default value.
+Variant operand(Variant own)
+{
+    return own.vt == VT_DISPATCH ? automation::default_value(own.pdispVal) : own;
+}
+
 Variant operand(const VARIANT& value)
 {
-    Variant own{automation::followed(value)};
-    if (own.vt == VT_DISPATCH)
-        return automation::default_value(own.pdispVal);
-    return own;
+    return operand(Variant{automation::followed(value)});
 }
 
 bool is_finite(const VARIANT& value) noexcept
@@ -40,15 +43,23 @@ bool is_finite(const VARIANT& value) noexcept
     }
 }
 
-Variant calculate(Operation operation, Variant left, Variant right)
+Variant calculate_values(Operation operation, Variant left, Variant right)
 {
     Variant result;
     check(operation(&left, &right, &result));
     if (is_finite(result) || !is_finite(left) || !is_finite(right))
         return result;
     if (result.vt == VT_R4) // Singles whose result is none: not every platform goes on with Doubles
-        return calculate(operation, automation::converted(left, VT_R8), automation::converted(right, VT_R8));
+        return calculate_values(operation, automation::converted(left, VT_R8), automation::converted(right, VT_R8));
     throw Error{Runtime::Overflow}; // not every platform looks
+}
+
+Variant calculate(Operation operation, const VARIANT& left, const VARIANT& right)
+{
+    // Both are owned before an object is asked for its value: its code may take the other one from its place.
+    Variant own_left{automation::followed(left)}, own_right{automation::followed(right)};
+    own_left = operand(std::move(own_left));
+    return calculate_values(operation, std::move(own_left), operand(std::move(own_right)));
 }
 
 /// Whether the values are whole numbers of 32 bits at most.
@@ -61,18 +72,18 @@ bool are_whole(const VARIANT& left, const VARIANT& right) noexcept
 
 Variant product(const VARIANT& left, const VARIANT& right)
 {
-    return calculate(VarMul, operand(left), operand(right));
+    return calculate(VarMul, left, right);
 }
 
 Variant sum(const VARIANT& left, const VARIANT& right)
 {
-    return calculate(VarAdd, operand(left), operand(right));
+    return calculate(VarAdd, left, right);
 }
 
 Variant difference(const VARIANT& left, const VARIANT& right)
 {
     if (!are_whole(left, right))
-        return calculate(VarSub, operand(left), operand(right));
+        return calculate(VarSub, left, right);
     const double exact = plain_number(left) - plain_number(right); // where Wine's wraps around instead of widening
     const bool is_long = std::abs(exact) <= std::numeric_limits<long>::max();
     return is_long ? Variant{static_cast<long>(exact)} : Variant{exact};
@@ -80,7 +91,7 @@ Variant difference(const VARIANT& left, const VARIANT& right)
 
 Variant quotient(const VARIANT& left, const VARIANT& right)
 {
-    return calculate(VarDiv, operand(left), operand(right));
+    return calculate(VarDiv, left, right);
 }
 
 double to_double(const VARIANT& value)

@@ -86,12 +86,15 @@ ReplacementTexts replacement_texts(SAFEARRAY* values)
 
 std::wstring expanded(BSTR message, SAFEARRAY* values)
 {
-    return text::expand(view(message), replacement_texts(values).texts());
+    const std::wstring own{view(message)}; // the code of an object among the values may change the caller's
+    return text::expand(own, replacement_texts(values).texts());
 }
 
-long add_numbers(std::wstring_view text, IDispatch* collection)
+long add_numbers(BSTR text, IDispatch* collection)
 {
-    for (const std::wstring_view run : text::digit_runs(text, text::is_digit))
+    const std::wstring own{view(text)}; // the collection's code may change the caller's
+    const automation::Ref held{collection};
+    for (const std::wstring_view run : text::digit_runs(own, text::is_digit))
         automation::call(collection, L"Add", {Variant{run}});
     return automation::converted(automation::get(collection, L"Count"), VT_I4).lVal;
 }
@@ -164,7 +167,7 @@ HRESULT qvCommon::StrToBOOL(BSTR sStr, VARIANT_BOOL* result) noexcept
 
 HRESULT qvCommon::GetNumbersFromStringCol(BSTR Str, IDispatch* colNumbers, long* result) noexcept
 {
-    return answer(result, [&] { return add_numbers(view(Str), colNumbers); });
+    return answer(result, [&] { return add_numbers(Str, colNumbers); });
 }
 
 HRESULT qvCommon::qvIsNumeric(BSTR s, VARIANT_BOOL fMsgBox, BSTR sCaption, VARIANT_BOOL* result) noexcept
