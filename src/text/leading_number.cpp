@@ -159,7 +159,7 @@ private:
     }
 
     /// The nearest Double to the number of any length at start_, which ends before next_ if its exponent has no digits.
-    double rounded(std::int64_t power) const
+    double rounded(std::int64_t power)
     {
         std::array<char, 64> few;
         std::unique_ptr<char[]> many;
@@ -174,9 +174,16 @@ private:
         if (outcome == std::errc{} && std::isfinite(value))
             return value;
         const bool large = power + std::min(significant_, most_mantissa_digits) > 0;
-        if (large)
-            throw automation::Error{automation::Runtime::Overflow};
-        return 0;
+        return large ? beyond_range() : 0;
+    }
+
+    /// A text that is a number is too large; one with anything behind it is none.
+    double beyond_range()
+    {
+        next();
+        if (next_ != end_)
+            return 0;
+        throw automation::Error{automation::Runtime::Overflow};
     }
 
     /// Writes the number as every reader knows it, without blanks. Gives the end of what was written.
@@ -210,7 +217,7 @@ private:
             value = value * radix + digit;
         }
         if (std::isinf(value))
-            throw automation::Error{automation::Runtime::Overflow};
+            return beyond_range();
         if (value > 0xFFFFFFFFu)
             return value;
         const auto bits = static_cast<std::uint32_t>(value);

@@ -59,6 +59,10 @@ TEST(LeadingNumber, BeyondTheRangeOfADouble)
     for (const std::string& text : {std::string{"1.7976931348623159E308"}, std::string{"-1E309"}, std::string{"1E99999999999999999999"},
                                     nines, "." + zeros + "1E800", "&H" + std::string(257, 'F')})
         EXPECT_EQ(error_of([&] { number(text); }), 6) << text;
+    for (const char* text : {"1e400x", "-1E400 ,", "1E400E", "1.5E999.5"})
+        EXPECT_EQ(number(text), 0) << text;
+    EXPECT_EQ(error_of([&] { number(" 1E40 0\t\n"); }), 6);
+    EXPECT_EQ(number("&H" + std::string(257, 'F') + "G"), 0);
     expect_numbers({{"1.7976931348623157E308", std::numeric_limits<double>::max()}});
     expect_numbers({{"4.9406564584124654E-324", std::numeric_limits<double>::denorm_min()}});
     expect_numbers({{"1E-400", 0}, {"0E99999999999999999999", 0}, {"1E-99999999999999999999", 0}, {nines + "E-800", 0}});

@@ -117,6 +117,7 @@ TEST_F(Texts, TextsGoInAndOut)
     EXPECT_EQ(number.vt, VT_R8);
     EXPECT_EQ(number.dblVal, 1.5);
     expect_error(common.try_call(L"StrToNum", {L"1E400"}), 6, L"Overflow");
+    EXPECT_EQ(common.call(L"StrToNum", {L"1e400x"}).dblVal, 0);
 }
 
 TEST_F(Texts, NumbersGoIntoAnyCollection)
