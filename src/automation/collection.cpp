@@ -4,12 +4,21 @@
 
 namespace automation {
 
+long number_from(const VARIANT& index)
+{
+    return converted(index, VT_I4).lVal;
+}
+
+std::size_t position_from(long number, std::size_t count)
+{
+    if (number < 1 || static_cast<std::size_t>(number) > count)
+        throw Error{Runtime::SubscriptOutOfRange};
+    return static_cast<std::size_t>(number) - 1;
+}
+
 std::size_t position_from(const VARIANT& index, std::size_t count)
 {
-    const long position = converted(index, VT_I4).lVal;
-    if (position < 1 || static_cast<std::size_t>(position) > count)
-        throw Error{Runtime::SubscriptOutOfRange};
-    return static_cast<std::size_t>(position) - 1;
+    return position_from(number_from(index), count);
 }
 
 std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept
@@ -31,10 +40,13 @@ HRESULT STDMETHODCALLTYPE Collection::Add(VARIANT Item, VARIANT Key, VARIANT Bef
         const std::optional<std::wstring_view> key = keyed ? key_from(Key) : std::nullopt;
         if (keyed && !key)
             throw Error{Runtime::TypeMismatch};
+        // Owned before an object is asked for the number that it stands for.
+        Variant item{followed(Item)};
+        const std::wstring own_key{key.value_or(std::wstring_view{})};
         const std::size_t position = !is_missing(Before) ? position_of(Before)
                                    : !is_missing(After)  ? position_of(After) + 1
                                                          : entries_.size();
-        insert(position, Variant{followed(Item)}, key.value_or(std::wstring_view{}));
+        insert(position, std::move(item), own_key);
     });
 }
 
@@ -47,7 +59,8 @@ HRESULT STDMETHODCALLTYPE Collection::get_Item(VARIANT Index, VARIANT* result) n
                 throw Error{Runtime::InvalidCall};
             return found->second->value;
         }
-        return entries_[position_from(Index, entries_.size())]->value;
+        const long number = number_from(Index); // which may change the list
+        return entries_[position_from(number, entries_.size())]->value;
     });
 }
 
@@ -100,8 +113,10 @@ void Collection::insert(std::size_t position, Variant value, std::wstring_view k
 std::size_t Collection::position_of(const VARIANT& index) const
 {
     const auto key = key_from(index);
-    if (!key)
-        return position_from(index, entries_.size());
+    if (!key) {
+        const long number = number_from(index); // which may change the list
+        return position_from(number, entries_.size());
+    }
     const auto found = by_key_.find(*key);
     if (found == by_key_.end())
         throw Error{Runtime::InvalidCall};

@@ -50,7 +50,13 @@ private:
     Cursors cursors_;
 };
 
-/// The position from 0 that a client's index names in a list of `count` items. Raises 9 outside of it, 13 for no number.
+/// The number that a client's index is. An object's own code gives it, and may change any list. Raises 13 for no number.
+long number_from(const VARIANT& index);
+
+/// The position from 0 that a number from 1 names in a list of `count` items. Raises 9 outside of it.
+std::size_t position_from(long number, std::size_t count);
+
+/// The same for a client's index, in a list that the client's code does not reach.
 std::size_t position_from(const VARIANT& index, std::size_t count);
 
 /// The key that an index is; none where it is a position.

@@ -21,8 +21,6 @@ Text text_of(const VARIANT& cell)
         return {};
     if (cell.vt == VT_BSTR)
         return Text{automation::view(cell.bstrVal)};
-    if (cell.vt == VT_DISPATCH) // which may leave the table while it is asked for its value
-        return automation::to_text(Variant{cell});
     return automation::to_text(cell);
 }
 

@@ -1,4 +1,5 @@
 #include "automation/specimen.h"
+#include "support/dispatch_object.h"
 
 using client::expect_error;
 using client::Object;
@@ -51,6 +52,27 @@ TEST_F(Collections, TellWhatIsWrong)
     EXPECT_EQ(list.try_call(L"Add", {2, L"m", 1, 1}).number(), 5);
     EXPECT_EQ(list.try_call(L"Add", {2, 5}).number(), 13);
     EXPECT_EQ(list.call(L"Count").number(), 1) << "a wrong call changes nothing";
+}
+
+TEST_F(Collections, MayChangeWhileAnObjectTellsThePosition)
+{
+    DispatchObject position{{}, [&](DISPID, const DISPPARAMS&, VARIANT* result) {
+                                for (const wchar_t* key : {L"a", L"b"})
+                                    list.call(L"Remove", {key});
+                                *result = VARIANT{Value{2}};
+                                return S_OK;
+                            }};
+    const auto filled = [&] {
+        for (const wchar_t* text : {L"a", L"b"})
+            list.call(L"Add", {text, text});
+    };
+    for (const wchar_t* member : {L"Item", L"Remove"}) {
+        filled();
+        EXPECT_EQ(list.try_call(member, {&position}).number(), 9) << "there is no second one any more";
+    }
+    filled();
+    EXPECT_EQ(list.try_call(L"Add", {L"c", L"c", &position}).number(), 9);
+    EXPECT_EQ(list.call(L"Count").number(), 0);
 }
 
 TEST_F(Collections, MayChangeWhileTheyAreWalked)
