@@ -15,7 +15,14 @@ Order order_of(auto left, auto right) noexcept
     return left < right ? Order::Less : left > right ? Order::Greater : Order::Equal;
 }
 
-/// How an amount, in ten-thousandths, stands to a number.
+/// How an amount, in ten-thousandths, stands to a whole number.
+Order order_of_currency(std::int64_t amount, std::int64_t whole) noexcept
+{
+    const std::int64_t units = amount / currency_unit;
+    return units != whole ? order_of(units, whole) : order_of(amount % currency_unit, std::int64_t{0});
+}
+
+/// The same for any number.
 Order order_of_currency(std::int64_t amount, double number) noexcept
 {
     constexpr double beyond_all_amounts = 922337203685478;
@@ -70,10 +77,12 @@ Order exact_order(const VARIANT& left, const VARIANT& right) noexcept
 {
     if (left.vt == VT_CY && right.vt == VT_CY)
         return order_of(left.cyVal.int64, right.cyVal.int64);
+    if (left.vt == VT_CY && right.vt == VT_I8)
+        return order_of_currency(left.cyVal.int64, right.llVal);
     if (left.vt == VT_CY)
         return order_of_currency(left.cyVal.int64, plain_number(right));
     if (right.vt == VT_CY)
-        return order_of(0, static_cast<int>(order_of_currency(right.cyVal.int64, plain_number(left))) - VARCMP_EQ);
+        return order_of(0, static_cast<int>(exact_order(right, left)) - VARCMP_EQ);
     return order_of(plain_number(left), plain_number(right));
 }
 

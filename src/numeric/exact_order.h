@@ -53,7 +53,7 @@ private:
     unsigned bits_ = 0;
 };
 
-/// How one number of any kind stands to another one. Never unordered.
+/// How one number of any kind stands to another one, or Currency to a whole number of 64 bits. Never unordered.
 Order exact_order(const VARIANT& left, const VARIANT& right) noexcept;
 
 /// The Double nearest to a number of any kind.

@@ -57,7 +57,7 @@ HRESULT platform_order(const VARIANT& left, const VARIANT& right) noexcept
 Order order_of_values(const VARIANT& left, const VARIANT& right)
 {
     const NumberKind left_kind = number_kind(left), right_kind = number_kind(right);
-    if (compare_exactly(left_kind, right_kind))
+    if (compare_exactly(left_kind, right_kind) || (left.vt == VT_CY && right.vt == VT_I8) || (left.vt == VT_I8 && right.vt == VT_CY))
         return exact_order(left, right);
     if (left.vt == VT_BSTR && is_number(right.vt))
         return Order::Greater;

@@ -72,6 +72,10 @@ TEST_F(Arrays, CurrencyComparesOverItsWholeRange)
     const Value mixed = list(3, {currency(9e14), -5, currency(-9e14), short{7}, Value{}, true, currency(6.5)});
     EXPECT_EQ(sorted(mixed), L"Variant 3: -900000000000000 -5& -1 - 6.5 7 900000000000000");
     EXPECT_EQ(told(common.call(L"Min", {mixed})) + told(common.call(L"max", {mixed})), L"-900000000000000900000000000000");
+    Value long_long = Value::of_type(VT_I8);
+    long_long.llVal = -922337203685478;
+    EXPECT_EQ(sorted(list(3, {currency(9e14), long_long, currency(-922337203685477)})),
+              L"Variant 3: -922337203685478 -922337203685477 900000000000000");
     EXPECT_EQ(sorted(list(3, {1e20, currency(9e14), -9e14, 5})), L"Variant 3: -900000000000000# 5& 900000000000000 1E+20#");
 }
 
