@@ -70,6 +70,15 @@ HRESULT pass_record(const VARIANT& given, const Parameter& parameter, Frame& fra
     return S_OK;
 }
 
+/// DISP_E_TYPEMISMATCH for an array whose elements are not what its label says, whatever a parameter makes of the label.
+HRESULT check_elements(const VARIANT& value) noexcept
+{
+    const auto array = array_in(value);
+    if (!array || !*array || (*array)->cDims == 0) // no array, or one still to be dimensioned
+        return S_OK;
+    return answer([&] { readable_array(value); });
+}
+
 /// Where a by-reference parameter of this type finds its value in a variant.
 void* storage_in(VARIANT& value, VARTYPE type) noexcept
 {
@@ -179,6 +188,9 @@ HRESULT PassedArgument::pass(VARIANT& given, const Parameter& parameter, Passing
     const VARIANT& value = followed(given);
     if (value.vt == reference_to_variant) // it leads nowhere, or in a circle
         return DISP_E_TYPEMISMATCH;
+    if (parameter.type & VT_ARRAY)
+        if (const HRESULT failure = check_elements(value); FAILED(failure))
+            return failure;
     if (is_missing(value)) {
         if (parameter.optional())
             return pass_omitted(parameter, frame);

@@ -163,6 +163,19 @@ TEST_F(LateBound, TypedArraysComeAsTheyAreAsVariantsOrEmpty)
     EXPECT_EQ(specimen.try_call(L"Sum", {7}).result, DISP_E_TYPEMISMATCH);
 }
 
+TEST_F(LateBound, AnArrayIsWhatItsElementsAre)
+{
+    for (const VARTYPE label : {VT_R8, VT_BSTR}) {
+        Value bytes = list(0, {1, 2}, VT_UI1);
+        bytes.vt = static_cast<VARTYPE>(VT_ARRAY | label);
+        for (const Value& given : {Value::variable(bytes), Value::reference(bytes.vt, &bytes.parray)})
+            for (const wchar_t* member : {L"Sum", L"Total", L"Fill"})
+                EXPECT_EQ(specimen.try_call(member, member[0] == L'F' ? std::vector<Value>{given, 1} : std::vector<Value>{given}).result,
+                          DISP_E_TYPEMISMATCH);
+        bytes.vt = VT_ARRAY | VT_UI1;
+    }
+}
+
 TEST_F(LateBound, ArraysThatDoNotChangeAreNotCopied)
 {
     Value typed, variants = list(0, {1, 2});
