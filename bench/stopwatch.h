@@ -26,7 +26,9 @@ private:
 /// then by luck.
 class Typical {
 public:
-    void take(const auto& action) { all_.push_back(seconds_of(action)); }
+    void take(const auto& action) { add(seconds_of(action)); }
+    void add(double seconds) { all_.push_back(seconds); }
+    double best() const { return std::ranges::min(all_); }
     double seconds() const
     {
         std::vector<double> sorted = all_;

@@ -1,0 +1,62 @@
+# The functions of libraries that take long to load: a client that needs none of them doesn't wait for them. A function
+# of theirs that is missing here would be imported at once, with its library: tests/tools/library_test finds that.
+
+#include "frame/delayed_import.inc"
+
+        import  gdi32, GetObjectType, 4
+        import  gdi32, GetTextExtentPoint32W, 16
+
+        import  shell32, SHBrowseForFolderW, 4
+        import  shell32, SHFileOperationW, 4
+        import  shell32, SHGetPathFromIDListW, 8
+        import  shell32, SHGetSpecialFolderLocation, 12
+
+        import  shlwapi, PathAddBackslashW, 4
+        import  shlwapi, PathAddExtensionW, 8
+        import  shlwapi, PathAppendW, 8
+        import  shlwapi, PathBuildRootW, 8
+        import  shlwapi, PathCanonicalizeW, 8
+        import  shlwapi, PathCombineW, 12
+        import  shlwapi, PathCommonPrefixW, 12
+        import  shlwapi, PathCompactPathExW, 16
+        import  shlwapi, PathCompactPathW, 12
+        import  shlwapi, PathFileExistsW, 4
+        import  shlwapi, PathFindExtensionW, 4
+        import  shlwapi, PathFindNextComponentW, 4
+        import  shlwapi, PathGetArgsW, 4
+        import  shlwapi, PathGetDriveNumberW, 4
+        import  shlwapi, PathIsDirectoryW, 4
+        import  shlwapi, PathIsFileSpecW, 4
+        import  shlwapi, PathIsPrefixW, 8
+        import  shlwapi, PathIsRelativeW, 4
+        import  shlwapi, PathIsRootW, 4
+        import  shlwapi, PathIsSameRootW, 8
+        import  shlwapi, PathIsUNCW, 4
+        import  shlwapi, PathIsURLW, 4
+        import  shlwapi, PathMakePrettyW, 4
+        import  shlwapi, PathMatchSpecW, 8
+        import  shlwapi, PathParseIconLocationW, 4
+        import  shlwapi, PathQuoteSpacesW, 4
+        import  shlwapi, PathRelativePathToW, 20
+        import  shlwapi, PathRemoveArgsW, 4
+        import  shlwapi, PathRemoveBackslashW, 4
+        import  shlwapi, PathRemoveBlanksW, 4
+        import  shlwapi, PathRemoveExtensionW, 4
+        import  shlwapi, PathRemoveFileSpecW, 4
+        import  shlwapi, PathRenameExtensionW, 8
+        import  shlwapi, PathSearchAndQualifyW, 12
+        import  shlwapi, PathSetDlgItemPathW, 12
+        import  shlwapi, PathSkipRootW, 4
+        import  shlwapi, PathStripPathW, 4
+        import  shlwapi, PathStripToRootW, 4
+        import  shlwapi, PathUnquoteSpacesW, 4
+
+        import  user32, DispatchMessageW, 4
+        import  user32, DrawTextExA, 24
+        import  user32, GetActiveWindow, 0
+        import  user32, GetDlgItem, 8
+        import  user32, MessageBoxW, 16
+        import  user32, PeekMessageW, 20
+        import  user32, PostQuitMessage, 4
+        import  user32, TranslateMessage, 4
+        import  user32, wsprintfW

@@ -1,0 +1,36 @@
+#include "automation/border.h"
+
+#include <atomic>
+
+namespace {
+
+/// What delayed_import.inc lays out for each function.
+struct Import {
+    std::atomic<FARPROC> function;
+    const char* library;
+    const char* name;
+};
+static_assert(sizeof(Import) == 3 * sizeof(void*));
+
+/// Raises what the platform says about it when there is no such library or function.
+FARPROC find(const Import& import)
+{
+    // The library stays loaded: its functions are called without asking for it again.
+    const HMODULE library = LoadLibraryA(import.library);
+    const FARPROC function = library ? GetProcAddress(library, import.name) : nullptr;
+    if (!function)
+        automation::check(HRESULT_FROM_WIN32(GetLastError()));
+    return function;
+}
+
+} // namespace
+
+/// Called by an import's first caller, or by several at once: they find the same function.
+extern "C" FARPROC load_import(Import& import)
+{
+    const DWORD last_error = GetLastError();
+    const FARPROC function = find(import);
+    import.function = function;
+    SetLastError(last_error);
+    return function;
+}
