@@ -30,7 +30,7 @@ private:
 };
 
 template <class Derived>
-ClassFactory factory_of() noexcept
+constexpr ClassFactory factory_of() noexcept
 {
     return {__uuidof(Derived), [] { return Ref<IUnknown>::adopt(make<Derived>().release()->unknown()); }};
 }

@@ -7,6 +7,10 @@
 /// The file that this code was loaded from, and what keeps it loaded.
 namespace automation::module {
 
+/// The module is loaded, for as long as the process lives: window procedures and threads that end may come back to it at any
+/// time. False when it can't serve: nothing has been kept then.
+bool attach() noexcept;
+
 HINSTANCE handle() noexcept;
 
 /// Its full path, as the system reports it.

@@ -25,11 +25,6 @@ ITypeLib& type_library()
     return *first;
 }
 
-void forget_type_library() noexcept
-{
-    Ref<ITypeLib>::adopt(library.exchange(nullptr));
-}
-
 Ref<ITypeInfo> type_info(REFGUID id)
 {
     Ref<ITypeInfo> info;

@@ -10,8 +10,6 @@ namespace automation {
 
 /// Raises what the platform fails with when this module has none.
 ITypeLib& type_library();
-/// Lets go of it; only while the module is unloaded.
-void forget_type_library() noexcept;
 
 /// What the type library says of a class or an interface. Raises 0x8002802B (element not found) when it knows none.
 Ref<ITypeInfo> type_info(REFGUID id);

@@ -26,5 +26,6 @@ public:
 
 private:
     files::BinaryFile file_;
-    std::int32_t number_;
+    std::int32_t number_ = 1;
+    DataFile* next_; ///< the thread's open file with the next higher number
 };

@@ -3,6 +3,7 @@
 #include "automation/code_page.h"
 #include "automation/error.h"
 #include "automation/module.h"
+#include "automation/thread_state.h"
 #include "frame/messages.h"
 
 #include <array>
@@ -11,7 +12,8 @@
 namespace MErrors {
 namespace {
 
-thread_local auto language = messages::Language::German;
+const automation::PerThread<messages::Language> language; // German until it is chosen
+static_assert(messages::Language{} == messages::Language::German);
 
 constexpr std::int32_t windows_base = ToObjectError(29000);
 
@@ -19,12 +21,12 @@ constexpr std::int32_t windows_base = ToObjectError(29000);
 
 std::wstring LangStr(std::int32_t id)
 {
-    return std::wstring{messages::text(id, language)};
+    return std::wstring{messages::text(id, language.get())};
 }
 
-void set_language(std::int32_t chosen) noexcept
+void set_language(std::int32_t chosen)
 {
-    language = static_cast<messages::Language>(chosen);
+    language.here() = static_cast<messages::Language>(chosen);
 }
 
 std::wstring GetSystemErrorText(std::int32_t code)

@@ -10,8 +10,8 @@ namespace MErrors {
 /// The message with this number in the thread's language; empty for a number without one.
 std::wstring LangStr(std::int32_t id);
 
-/// Chooses the thread's language: 0 German, 1 English.
-void set_language(std::int32_t language) noexcept;
+/// Chooses the thread's language: 0 German, 1 English. Raises 7.
+void set_language(std::int32_t language);
 
 /// The number of an error of the library's own: `n` with the bits 0x80040000 set.
 constexpr std::int32_t ToObjectError(std::int32_t n) noexcept

@@ -23,7 +23,7 @@
 std::span<automation::ClassFactory> class_table() noexcept
 {
     using automation::factory_of;
-    static automation::ClassFactory table[]{
+    constinit static automation::ClassFactory table[]{
         factory_of<qvAPI>(),
         factory_of<qvBitmap>(),
         factory_of<qvCommon>(),

@@ -1,5 +1,4 @@
 #include "automation/registration.h"
-#include "automation/type_library.h"
 #include "frame/class_table.h"
 
 #include <qvObjects_contract.h>
@@ -26,10 +25,11 @@ STDAPI DllUnregisterServer()
     return automation::unregister_server(qvObjects_library);
 }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* process_ends)
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*)
 {
-    // At the end of the process the platform's libraries may be gone already.
-    if (reason == DLL_PROCESS_DETACH && !process_ends)
-        automation::forget_type_library();
+    if (reason == DLL_PROCESS_ATTACH)
+        return automation::module::attach();
+    if (reason == DLL_THREAD_DETACH)
+        automation::ThreadState::forget();
     return TRUE;
 }

@@ -247,7 +247,6 @@ TEST(Contract, TheTablesSayWhatTheTypeLibrarySays)
     const Ref<ITypeLib> library = library_of_the_dll();
     ASSERT_TRUE(library);
     expect_library(*library, qvObjects_library);
-    automation::forget_type_library();
 }
 
 TEST(Contract, MembersAreFoundByEveryNameAndNoOther)

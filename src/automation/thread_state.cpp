@@ -1,0 +1,74 @@
+#include "automation/thread_state.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <cstdlib>
+
+namespace automation {
+namespace {
+
+constinit std::atomic<DWORD> tls_index{TLS_OUT_OF_INDEXES};
+constinit std::atomic<std::size_t> places_claimed{0};
+
+/// Allocated when it is first asked for: in the module's tests nobody attaches it.
+DWORD index() noexcept
+{
+    DWORD known = tls_index.load(std::memory_order_acquire);
+    if (known != TLS_OUT_OF_INDEXES)
+        return known;
+    const DWORD fresh = TlsAlloc();
+    if (tls_index.compare_exchange_strong(known, fresh) || fresh == TLS_OUT_OF_INDEXES)
+        return fresh;
+    TlsFree(fresh);
+    return known;
+}
+
+} // namespace
+
+ThreadState* ThreadState::find() noexcept
+{
+    const DWORD known = tls_index.load(std::memory_order_acquire);
+    return known == TLS_OUT_OF_INDEXES ? nullptr : static_cast<ThreadState*>(TlsGetValue(known));
+}
+
+ThreadState* ThreadState::find_or_make() noexcept
+{
+    if (ThreadState* const known = find())
+        return known;
+    const DWORD place = index();
+    if (place == TLS_OUT_OF_INDEXES)
+        return nullptr;
+    void* const fresh = std::calloc(1, sizeof(ThreadState));
+    if (!fresh || !TlsSetValue(place, fresh)) {
+        std::free(fresh);
+        return nullptr;
+    }
+    return static_cast<ThreadState*>(fresh);
+}
+
+void ThreadState::forget() noexcept
+{
+    ThreadState* const state = find();
+    if (!state)
+        return;
+    TlsSetValue(tls_index, nullptr);
+    std::free(state);
+}
+
+void ThreadState::give_back_index() noexcept
+{
+    const DWORD known = tls_index.exchange(TLS_OUT_OF_INDEXES);
+    if (known != TLS_OUT_OF_INDEXES)
+        TlsFree(known);
+}
+
+std::size_t claim_place() noexcept
+{
+    const std::size_t place = places_claimed++;
+    if (place >= ThreadState::most_places)
+        std::abort(); // at the first start of the library, when a place was added
+    return place;
+}
+
+} // namespace automation
