@@ -27,12 +27,11 @@ std::wstring system_text(HRESULT result)
     return {buffer, length};
 }
 
-/// Never fails: an error without its texts still has its number.
+/// Never fails: an error without its texts still has its number, and not those of the thread's former error.
 void set_error_information(std::wstring_view description, std::wstring_view source) noexcept
 try {
     Ref<ICreateErrorInfo> creator;
-    if (FAILED(CreateErrorInfo(creator.put())))
-        return;
+    check(CreateErrorInfo(creator.put()));
     creator->SetDescription(Text{description}.get());
     creator->SetSource(Text{source.empty() ? std::wstring_view{module::name()} : source}.get());
     SetErrorInfo(0, query<IErrorInfo>(creator.get()).get());
@@ -46,24 +45,85 @@ HRESULT answer_error(std::int32_t number, std::wstring_view description, std::ws
     return result_code(number);
 }
 
-HRESULT answer_runtime(Runtime runtime) noexcept
+/// A text that a client asks for; nothing when its memory can't be had.
+template <class Maker>
+HRESULT give_text(BSTR* text, Maker&& make) noexcept
 {
-    const auto number = static_cast<std::int32_t>(runtime);
-    return answer_error(number, runtime_text(number));
+    if (!text)
+        return E_POINTER;
+    *text = nullptr;
+    if (!ThreadState::find_or_make())
+        return E_OUTOFMEMORY;
+    try {
+        *text = Text{make()}.release();
+        return S_OK;
+    } catch (...) {
+        return E_OUTOFMEMORY;
+    }
 }
 
+/// The error information that is there when no memory is left for another. It is part of the module.
+class OutOfMemoryInformation final : public IErrorInfo {
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override
+    {
+        if (!object)
+            return E_POINTER;
+        *object = iid == IID_IUnknown || iid == IID_IErrorInfo ? this : nullptr;
+        return *object ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override { return 1; }
+    HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) noexcept override
+    {
+        if (!guid)
+            return E_POINTER;
+        *guid = GUID_NULL;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetSource(BSTR* source) noexcept override
+    {
+        return give_text(source, [] { return module::name(); });
+    }
+    HRESULT STDMETHODCALLTYPE GetDescription(BSTR* description) noexcept override
+    {
+        return give_text(description, [] { return runtime_text(static_cast<std::int32_t>(Runtime::OutOfMemory)); });
+    }
+    HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* file) noexcept override
+    {
+        return give_text(file, [] { return std::wstring_view{}; });
+    }
+    HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD* context) noexcept override
+    {
+        if (!context)
+            return E_POINTER;
+        *context = 0;
+        return S_OK;
+    }
+};
+
+constinit OutOfMemoryInformation out_of_memory_information;
+
 } // namespace
+
+HRESULT answer_out_of_memory() noexcept
+{
+    SetErrorInfo(0, &out_of_memory_information);
+    return result_code(static_cast<std::int32_t>(Runtime::OutOfMemory));
+}
 
 HRESULT answer_exception() noexcept
 {
     try {
         throw;
     } catch (const Error& error) {
+        if (error.number() == static_cast<std::int32_t>(Runtime::OutOfMemory) && error.source().empty())
+            return answer_out_of_memory();
         return answer_error(error.number(), error.description(), error.source());
     } catch (const std::bad_alloc&) {
-        return answer_runtime(Runtime::OutOfMemory);
+        return answer_out_of_memory();
     } catch (const std::length_error&) {
-        return answer_runtime(Runtime::OutOfMemory);
+        return answer_out_of_memory();
     } catch (...) {
         return answer_error(E_UNEXPECTED, L"Unexpected failure");
     }

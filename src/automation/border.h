@@ -1,6 +1,7 @@
 #pragma once
 
 #include "automation/error.h"
+#include "automation/thread_state.h"
 #include "automation/values.h"
 
 #include <xmmintrin.h>
@@ -13,6 +14,9 @@ namespace automation {
 /// Turns the exception being handled into a result code, and sets its number, source and description as the thread's
 /// error information. Only inside a catch block.
 HRESULT answer_exception() noexcept;
+
+/// The same for error 7, when there is no memory left to raise it in.
+HRESULT answer_out_of_memory() noexcept;
 
 /// The runtime error that a failed call stands for, of the platform or of a client's object (memory 7, bad index 9, type
 /// mismatch 13, overflow 6, ...); a failure without one keeps its own code, with the system's text.
@@ -72,6 +76,22 @@ void store(Interface** result, Ref<Object> value) noexcept
     *result = value.release();
 }
 
+/// The body of a function of an interface that chooses its result code itself: what `rule` returns, or its exception's. All
+/// that can raise an exception or calculate runs inside of it.
+template <class Rule>
+HRESULT answer_code(Rule&& rule) noexcept
+{
+    ThreadState* const thread = ThreadState::find_or_make();
+    if (!thread)
+        return answer_out_of_memory();
+    const CalculatesQuietly quietly;
+    try {
+        return rule();
+    } catch (...) {
+        return answer_exception();
+    }
+}
+
 /// The body of a member that gives something: stores what `rule` returns, or answers its exception.
 template <class Result, class Rule>
 HRESULT answer(Result* result, Rule&& rule) noexcept
@@ -79,26 +99,20 @@ HRESULT answer(Result* result, Rule&& rule) noexcept
     if (!result)
         return E_POINTER;
     *result = Result{};
-    const CalculatesQuietly quietly;
-    try {
+    return answer_code([&] {
         store(result, rule());
         return S_OK;
-    } catch (...) {
-        return answer_exception();
-    }
+    });
 }
 
 /// The body of a member that gives nothing.
 template <class Rule>
 HRESULT answer(Rule&& rule) noexcept
 {
-    const CalculatesQuietly quietly;
-    try {
+    return answer_code([&] {
         rule();
         return S_OK;
-    } catch (...) {
-        return answer_exception();
-    }
+    });
 }
 
 } // namespace automation

@@ -28,15 +28,13 @@ ULONG STDMETHODCALLTYPE ClassFactory::Release() noexcept
 }
 
 HRESULT STDMETHODCALLTYPE ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept
-try {
+{
     if (!object)
         return E_POINTER;
     *object = nullptr;
     if (outer)
         return CLASS_E_NOAGGREGATION;
-    return create_()->QueryInterface(iid, object);
-} catch (...) {
-    return answer_exception();
+    return answer_code([&] { return create_()->QueryInterface(iid, object); });
 }
 
 HRESULT STDMETHODCALLTYPE ClassFactory::LockServer(BOOL lock) noexcept

@@ -38,18 +38,18 @@ public:
         return answer(info, [] { return type_info(__uuidof(Face)); });
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept final
-    try {
-        return reserved == IID_NULL ? late_bound::find_names(contract, names, count, ids) : DISP_E_UNKNOWNINTERFACE;
-    } catch (...) {
-        return answer_exception();
+    {
+        return answer_code([&] {
+            return reserved == IID_NULL ? late_bound::find_names(contract, names, count, ids) : DISP_E_UNKNOWNINTERFACE;
+        });
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) noexcept final
-    try {
-        return late_bound::invoke(static_cast<Face*>(this), contract, id, reserved, locale, flags, arguments, result,
-                                  exception, bad_argument);
-    } catch (...) {
-        return answer_exception();
+    {
+        return answer_code([&] {
+            return late_bound::invoke(static_cast<Face*>(this), contract, id, reserved, locale, flags, arguments, result,
+                                      exception, bad_argument);
+        });
     }
 
 protected:
