@@ -1,10 +1,8 @@
 #pragma once
 
 #include "automation/error.h"
-#include "automation/thread_state.h"
+#include "automation/floating_control.h"
 #include "automation/values.h"
-
-#include <xmmintrin.h>
 
 #include <type_traits>
 
@@ -27,29 +25,6 @@ HRESULT runtime_failure(std::uint16_t number) noexcept;
 
 /// Raises the error that a failed call stands for. Does nothing for success.
 void check(HRESULT result);
-
-/// While this lives, a calculation that overflows or meets a NaN raises no exception of the processor: programs of some
-/// compilers ask for these, and one would pass through the library to a client that knows nothing of it.
-class CalculatesQuietly {
-public:
-    CalculatesQuietly() noexcept : former_{_mm_getcsr()}
-    {
-        if (asks_for_exceptions())
-            _mm_setcsr(former_ | _MM_MASK_MASK);
-    }
-    ~CalculatesQuietly()
-    {
-        if (asks_for_exceptions())
-            _mm_setcsr(former_);
-    }
-    CalculatesQuietly(const CalculatesQuietly&) = delete;
-    CalculatesQuietly& operator=(const CalculatesQuietly&) = delete;
-
-private:
-    bool asks_for_exceptions() const noexcept { return (former_ & _MM_MASK_MASK) != _MM_MASK_MASK; }
-
-    const unsigned former_;
-};
 
 /// What a by-reference argument refers to. Raises 5 for a null pointer.
 template <class Value>
@@ -77,14 +52,14 @@ void store(Interface** result, Ref<Object> value) noexcept
 }
 
 /// The body of a function of an interface that chooses its result code itself: what `rule` returns, or its exception's. All
-/// that can raise an exception or calculate runs inside of it.
+/// that can raise an exception or calculate runs inside of it, in the library's floating-point modes.
 template <class Rule>
 HRESULT answer_code(Rule&& rule) noexcept
 {
     ThreadState* const thread = ThreadState::find_or_make();
     if (!thread)
         return answer_out_of_memory();
-    const CalculatesQuietly quietly;
+    const CalculatesQuietly quietly{*thread};
     try {
         return rule();
     } catch (...) {

@@ -34,6 +34,7 @@ DISPID find(IDispatch* object, const wchar_t* member)
         throw Error{Runtime::ObjectNotSet};
     DISPID id = DISPID_UNKNOWN;
     auto name = const_cast<LPOLESTR>(member);
+    const CalculatesAsClient as_client;
     if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id)))
         throw Error{Runtime::MemberNotSupported};
     return id;
@@ -46,6 +47,7 @@ Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS&
     Variant result;
     EXCEPINFO exception{};
     const auto try_as = [&](WORD use) {
+        const CalculatesAsClient as_client;
         return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, use, &arguments, wants_result ? &result : nullptr, &exception, nullptr);
     };
     HRESULT outcome = try_as(flags);
@@ -96,6 +98,7 @@ Variant default_value(IUnknown* object)
     const auto dispatch = query<IDispatch>(object);
     DISPPARAMS none{};
     Variant value;
+    const CalculatesAsClient as_client;
     if (!dispatch || FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
                                              &none, &value, nullptr, nullptr)))
         throw Error{Runtime::TypeMismatch};

@@ -67,6 +67,7 @@ void ConnectionPoint::fire(DISPID id, std::initializer_list<VARIANT> arguments) 
     std::array<VARIANTARG, most> reversed;
     std::ranges::copy(arguments, reversed.rend() - static_cast<std::ptrdiff_t>(arguments.size()));
     const std::vector<Sink> now = sinks_;
+    const CalculatesAsClient as_client;
     for (const Sink& sink : now) {
         DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
         sink.object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);

@@ -1,5 +1,6 @@
 #include "files/file_deletion.h"
 
+#include "automation/floating_control.h"
 #include "files/file.h"
 #include "files/folder_search.h"
 
@@ -32,6 +33,7 @@ std::vector<std::wstring> paths_that_fit(const std::wstring& pattern, std::size_
 /// first: that message goes back, and the result is false.
 bool handle_messages()
 {
+    const automation::CalculatesAsClient as_client;
     MSG message;
     for (int i = 0; i < most_messages_a_poll && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
         if (message.message == WM_QUIT) {

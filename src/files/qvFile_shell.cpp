@@ -1,6 +1,7 @@
 #include "files/qvFile.h"
 
 #include "automation/client_object.h"
+#include "automation/floating_control.h"
 #include "files/folder_search.h"
 #include "frame/MErrors.h"
 
@@ -36,6 +37,7 @@ std::wstring picked_folder(HWND owner, const ITEMIDLIST* start, const std::wstri
 {
     wchar_t name[MAX_PATH];
     BROWSEINFOW browse{owner, start, name, title.c_str(), static_cast<UINT>(flags), nullptr, 0, 0};
+    const automation::CalculatesAsClient as_client; // the client's windows get their messages meanwhile
     const ItemList picked{SHBrowseForFolderW(&browse)};
     return picked ? path_of(*picked) : L"";
 }
@@ -57,7 +59,10 @@ bool move_to_recycle_bin(std::wstring files, bool tells_user)
     operation.wFunc = FO_DELETE;
     operation.pFrom = files.c_str();
     operation.fFlags = FOF_ALLOWUNDO;
-    const int failure = SHFileOperationW(&operation);
+    const int failure = [&] {
+        const automation::CalculatesAsClient as_client;
+        return SHFileOperationW(&operation);
+    }();
     if (failure == 0 && !operation.fAnyOperationsAborted)
         return true;
     if (tells_user)

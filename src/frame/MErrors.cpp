@@ -2,6 +2,7 @@
 
 #include "automation/code_page.h"
 #include "automation/error.h"
+#include "automation/floating_control.h"
 #include "automation/module.h"
 #include "automation/thread_state.h"
 #include "frame/messages.h"
@@ -16,6 +17,13 @@ const automation::PerThread<messages::Language> language; // German until it is 
 static_assert(messages::Language{} == messages::Language::German);
 
 constexpr std::int32_t windows_base = ToObjectError(29000);
+
+/// While the box waits, the client's windows get their messages.
+void show_box(HWND owner, const std::wstring& text, const std::wstring& caption, std::uint32_t icon)
+{
+    const automation::CalculatesAsClient as_client;
+    MessageBoxW(owner, text.c_str(), caption.c_str(), MB_OK | icon);
+}
 
 } // namespace
 
@@ -46,13 +54,12 @@ void RaiseWindowsError(std::int32_t code)
 
 void ShowErrorBox(std::wstring_view sText)
 {
-    const std::wstring text = LangStr(10002) + std::wstring{sText} + LangStr(10003);
-    MessageBoxW(nullptr, text.c_str(), LangStr(10001).c_str(), MB_ICONSTOP | MB_OK);
+    show_box(nullptr, LangStr(10002) + std::wstring{sText} + LangStr(10003), LangStr(10001), MB_ICONSTOP);
 }
 
 void ShowMessage(const std::wstring& text, std::wstring_view caption, std::uint32_t icon)
 {
-    MessageBoxW(GetActiveWindow(), text.c_str(), std::wstring{caption}.c_str(), MB_OK | icon);
+    show_box(GetActiveWindow(), text, std::wstring{caption}, icon);
 }
 
 void ShowMessage(const std::wstring& text)
