@@ -61,6 +61,8 @@ TEST(LeadingNumber, BeyondTheRangeOfADouble)
         EXPECT_EQ(error_of([&] { number(text); }), 6) << text;
     for (const char* text : {"1e400x", "-1E400 ,", "1E400E", "1.5E999.5"})
         EXPECT_EQ(number(text), 0) << text;
+    for (const std::string& text : {nines + "E", nines + " D- ", nines + "e x"})
+        EXPECT_EQ(number(text), 0) << text;
     EXPECT_EQ(error_of([&] { number(" 1E40 0\t\n"); }), 6);
     EXPECT_EQ(number("&H" + std::string(257, 'F') + "G"), 0);
     expect_numbers({{"1.7976931348623157E308", std::numeric_limits<double>::max()}});
