@@ -121,10 +121,18 @@ Ref<To> query(IUnknown* object) noexcept
     return found;
 }
 
+/// Whether a variant of this type owns something that must be let go: a text, an array, an object, a record.
+constexpr bool owns_content(VARTYPE type) noexcept
+{
+    if (type & VT_BYREF)
+        return false;
+    return (type & VT_ARRAY) || type == VT_BSTR || type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_RECORD;
+}
+
 /// Owns the content of a VARIANT.
 class Variant : public VARIANT {
 public:
-    Variant() noexcept { VariantInit(this); }
+    Variant() noexcept { vt = VT_EMPTY; }
     explicit Variant(const VARIANT& other);
     explicit Variant(bool flag) noexcept : Variant{}
     {
@@ -158,7 +166,11 @@ public:
         std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
         return *this;
     }
-    ~Variant() { VariantClear(this); }
+    ~Variant()
+    {
+        if (owns_content(vt))
+            VariantClear(this);
+    }
 
     VARIANT release() noexcept
     {
