@@ -156,8 +156,10 @@ TEST_F(ArrayOrder, WhatCannotBeComparedRaisesAndStaysWhole)
         const Variant value = array(VT_VARIANT, {{2 + below(20), 0}}, 0, {VT_I2, VT_R8, VT_R4, VT_BSTR, VT_EMPTY, VT_NULL});
         const Elements elements{value};
         Variant odd = round % 2 ? array(VT_I4, {{1, 0}}) : Variant{};
-        if (round % 2 == 0)
+        if (round % 2 == 0) {
             odd.vt = round % 4 ? VT_ERROR : VT_DISPATCH;
+            odd.pdispVal = nullptr;
+        }
         elements.replace(below(static_cast<unsigned>(elements.size())), std::move(odd));
         const auto cells = elements.as<VARIANT>();
         const auto same = [](const VARIANT& a, const VARIANT& b) { return a.vt == b.vt && a.llVal == b.llVal; };
