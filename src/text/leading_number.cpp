@@ -133,19 +133,14 @@ private:
         return std::int64_t{high_} * part_powers[static_cast<std::size_t>(low_digits)] + low_;
     }
 
-    /// The power of ten behind E or D; 0 without digits, and then none of it is taken.
+    /// The power of ten behind E or D; 0 without digits.
     int exponent() noexcept
     {
-        const Char* const before = next_;
         if (!take_letter('E') && !take_letter('D'))
             return 0;
         const bool negative = take('-');
         if (!negative)
             take('+');
-        if (digit_value(next()) >= 10) {
-            next_ = before;
-            return 0;
-        }
         int size = 0;
         for (; digit_value(next()) < 10; ++next_)
             if (size < most_exponent / 10)
@@ -163,7 +158,7 @@ private:
         return power < 0 ? size / factor : size * factor;
     }
 
-    /// The nearest Double to the number of any length from start_ up to next_.
+    /// The nearest Double to the number of any length at start_, which ends before next_ if its exponent has no digits.
     double rounded(std::int64_t power)
     {
         std::array<char, 64> few;
@@ -179,16 +174,16 @@ private:
         if (outcome == std::errc{} && std::isfinite(value))
             return value;
         const bool large = power + std::min(significant_, most_mantissa_digits) > 0;
-        return large ? beyond_range() : 0;
+        return large ? too_large() : 0;
     }
 
-    /// A text that is a number is too large; one with anything behind it is none.
-    double beyond_range()
+    /// Only a text that is a number as a whole can be too large; any other one is none.
+    double too_large()
     {
         next();
-        if (next_ != end_)
-            return 0;
-        throw automation::Error{automation::Runtime::Overflow};
+        if (next_ == end_)
+            throw automation::Error{automation::Runtime::Overflow};
+        return 0;
     }
 
     /// Writes the number as every reader knows it, without blanks. Gives the end of what was written.
@@ -221,8 +216,10 @@ private:
                 break;
             value = value * radix + digit;
         }
-        if (std::isinf(value))
-            return beyond_range();
+        if (std::isinf(value)) {
+            take('&');
+            return too_large();
+        }
         if (value > 0xFFFFFFFFu)
             return value;
         const auto bits = static_cast<std::uint32_t>(value);

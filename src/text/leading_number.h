@@ -14,8 +14,7 @@ namespace text {
 /// Whole numbers stand behind &H (hexadecimal) and &O (octal) as in Basic: up to 16 bits are a signed Integer (&HFFFF is
 /// -1), up to 32 bits a signed Long, and so are fewer with an & behind them (&HFFFF& is 65535); more are positive.
 ///
-/// A text that is a number beyond the range of a Double raises 6. With anything behind it such a number is read as 0, as any
-/// text that is no number; those raise nothing.
+/// Raises 6 for a number beyond the range of a Double, nothing for any other text: one that goes on behind such a number is 0.
 double leading_number(std::string_view text);
 double leading_number(std::wstring_view text);
 
