@@ -59,6 +59,8 @@ public:
 
     const ClientTable& source() const noexcept { return source_; }
 
+    bool has(long long index) const noexcept { return index >= source_.lower(1) && index <= source_.upper(1); }
+
     /// Puts a row behind the first `kept` ones.
     template <class Convert>
     void put(std::size_t kept, long long index, const Convert& convert)
@@ -67,6 +69,13 @@ public:
         const std::size_t first = source_.at(index, source_.lower(2));
         for (std::size_t column = 0; column < source_.columns(); ++column)
             cells_.push_back(convert(source_[first + column * source_.rows()]));
+    }
+
+    /// Puts a row that holds nothing there.
+    void put_nothing(std::size_t kept)
+    {
+        cells_.resize(kept * source_.columns());
+        cells_.resize(cells_.size() + source_.columns());
     }
 
     /// Whether the row behind the first `kept` ones holds anything.
@@ -111,9 +120,12 @@ Remaining remaining(const VARIANT& text_table, const VARIANT* object_table)
     Remaining all;
     for (long long index = texts.source().lower(1); index <= texts.source().upper(1); ++index) {
         texts.put(all.rows, index, text_of);
-        if (objects)
+        const bool has_text = texts.is_used(all.rows);
+        if (objects && has_text && !objects->has(index))
+            objects->put_nothing(all.rows);
+        else if (objects)
             objects->put(all.rows, index, object_of);
-        if (texts.is_used(all.rows) || (objects && objects->is_used(all.rows)))
+        if (has_text || (objects && objects->is_used(all.rows)))
             ++all.rows;
     }
     const std::size_t rows = all.rows > 0 ? all.rows : 1;

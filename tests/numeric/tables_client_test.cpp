@@ -182,6 +182,15 @@ TEST_F(Tables, CheckDataKeepsTheTypeOfTypedTables)
     EXPECT_EQ(plain.holders(), 1) << "only the table that was passed here";
 }
 
+TEST_F(Tables, CheckDataNeedsObjectsForRowsWithoutTextOnly)
+{
+    Thing plain;
+    Value texts = table(VT_VARIANT, 1, 1, {{L"a"}, {L""}, {L"b"}}), objects = table(VT_VARIANT, 2, 1, {{&plain}});
+    EXPECT_EQ(math.call(L"CheckData", {Value::variable(texts), Value::variable(objects)}).number(), 3);
+    EXPECT_EQ(told(texts), L"String 0,0: ('a')('')('b')");
+    EXPECT_EQ(told(objects), L"Object 0,0: (nothing)(object)(nothing)");
+}
+
 TEST_F(Tables, CheckDataLosesNothingWhenItFails)
 {
     Thing plain;
@@ -197,7 +206,7 @@ TEST_F(Tables, CheckDataLosesNothingWhenItFails)
               {beside_x(texts), objects, mismatch},
               {texts, beside_nothing(5), mismatch},
               {texts, beside_nothing(Value{}), mismatch},
-              {texts, table(VT_DISPATCH, 0, 1, {{&plain}, {&plain}}), subscript},
+              {texts, table(VT_DISPATCH, 2, 1, {{&plain}, {&plain}}), subscript},
               {texts, table(VT_VARIANT, 1, 1, {{}, {}}), subscript},
               {table(VT_VARIANT, 1, 1, {{}, {}}), objects, subscript},
               {undimensioned, objects, subscript},
