@@ -5,6 +5,15 @@
 #include <shlwapi.h>
 
 namespace files {
+namespace {
+
+/// Whether the folder does not count: the file has a drive or a server of its own.
+bool stands_for_itself(std::wstring_view file)
+{
+    return file.starts_with(L"\\\\") || (!file.starts_with(L'\\') && !file.empty() && !PathIsRelativeW(std::wstring{file}.c_str()));
+}
+
+} // namespace
 
 bool can_combine(std::wstring_view path, std::wstring_view file) noexcept
 {
@@ -14,6 +23,8 @@ bool can_combine(std::wstring_view path, std::wstring_view file) noexcept
 std::wstring combined(std::wstring_view path, std::wstring_view file)
 {
     PathBuffer whole;
+    if (fits_platform(file) && stands_for_itself(file))
+        path = {};
     if (can_combine(path, file))
         PathCombineW(whole.get(), std::wstring{path}.c_str(), std::wstring{file}.c_str());
     return std::wstring{whole.text()};

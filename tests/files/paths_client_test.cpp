@@ -280,6 +280,9 @@ TEST_F(Paths, ResultsBeyondThePlatformsPathsAreNone)
         {L"qvPathCombine", {nearly, L"f"}, nearly + L"\\f"},
         {L"qvPathCombine", {L"C:\\", full.substr(3)}, full},
         {L"qvPathCombine", {full, L"f"}, L""},
+        {L"qvPathCombine", {full, L"\\f"}, L""},
+        {L"qvPathCombine", {full + full, L"D:\\a\\..\\f"}, L"D:\\f"},
+        {L"qvPathCombine", {full + full, L"\\\\server\\share\\f"}, L"\\\\server\\share\\f"},
         {L"qvPathCombine", {L"C:\\", all}, L""}, // not cut
         {L"qvPathCombine", {L"C:\\", all.substr(3)}, L""},
         {L"qvPathAppend", {L"C:\\", all}, L""},
