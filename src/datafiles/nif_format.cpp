@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 
 namespace nif {
 namespace {
@@ -58,6 +59,18 @@ const char* read_plain_value(const char* next, const char* end, double& value) n
     return next;
 }
 
+void require_positive(std::int32_t m, std::int32_t n)
+{
+    if (m <= 0 || n <= 0)
+        throw Error{Runtime::SubscriptOutOfRange};
+}
+
+bool fits_memory(std::int32_t m, std::int32_t n) noexcept
+{
+    constexpr std::uint64_t most_bytes = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::uint64_t>(m) * static_cast<std::uint64_t>(n) <= most_bytes / sizeof(double);
+}
+
 } // namespace
 
 void Reader::read_sizes(std::int32_t& m, std::int32_t& n)
@@ -87,9 +100,16 @@ void Reader::skip_to_objects()
 /// Every line takes a byte at least: its end, or a character where the last one has no end.
 bool Reader::can_hold(std::int32_t m, std::int32_t n) const
 {
-    if (m <= 0 || n <= 0)
-        throw Error{Runtime::SubscriptOutOfRange};
-    return static_cast<std::uint64_t>(m) * (static_cast<std::uint64_t>(n) + 1) <= left_.size() + ahead_;
+    require_positive(m, n);
+    const bool is_in_file = static_cast<std::uint64_t>(m) * (static_cast<std::uint64_t>(n) + 1) <= left_.size() + ahead_;
+    return is_in_file && fits_memory(m, n);
+}
+
+void require_possible(std::int32_t m, std::int32_t n)
+{
+    require_positive(m, n);
+    if (!fits_memory(m, n))
+        throw Error{Runtime::OutOfMemory};
 }
 
 void Reader::read_values(std::int32_t count, double* values, std::size_t distance)

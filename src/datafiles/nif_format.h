@@ -39,7 +39,8 @@ public:
     void read_sizes(std::int32_t& m, std::int32_t& n);
     std::string_view read_description();
     void skip_to_objects();
-    /// Whether the rest may be a table of this size. Raises 9 for a size that is not positive.
+    /// Whether the rest may be a table of this size, and one whose values an array can take. Raises 9 for a size that is not
+    /// positive.
     bool can_hold(std::int32_t m, std::int32_t n) const;
     std::string_view read_name() { return line(); }
     /// Reads the values of an object, to places that are so far from one another. Raises 6 for a number beyond the range.
@@ -60,6 +61,9 @@ private:
     NextPiece next_piece_;
     ToLong to_long_;
 };
+
+/// Raises 9 for a size that is not positive, 7 for a table whose values take more than an array can: 2 GB, at eight bytes each.
+void require_possible(std::int32_t m, std::int32_t n);
 
 /// The end of each line that is written.
 inline constexpr std::string_view line_end = "\r\n";

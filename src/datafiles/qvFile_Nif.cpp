@@ -128,8 +128,7 @@ void qvFile_Nif::choose_file(BSTR* sFile)
 
 void qvFile_Nif::set_size(std::int32_t m, std::int32_t n)
 {
-    if (m <= 0 || n <= 0)
-        raise_subscript();
+    nif::require_possible(m, n);
     SAFEARRAYBOUND bounds[]{{static_cast<ULONG>(m), 1}, {static_cast<ULONG>(n), 1}};
     Variant values = automation::new_array(VT_R8, bounds);
     names_ = automation::new_array(VT_BSTR, std::span{bounds}.first(1));

@@ -204,6 +204,8 @@ Size size_of_data(const Source& source, const MatrixHeader& header, std::size_t 
     const std::uint64_t count = static_cast<std::uint64_t>(size.rows) * static_cast<std::uint64_t>(size.columns);
     if (count > source.left() / width)
         throw Error{Runtime::InputPastEnd};
+    if (count > std::numeric_limits<std::int32_t>::max() / width)
+        throw Error{Runtime::OutOfMemory};
     return size;
 }
 

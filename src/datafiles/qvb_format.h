@@ -85,7 +85,7 @@ struct Size {
 
 /// The size of the matrix behind the headers, whose elements take `width` bytes and whose indices begin at these bounds.
 /// Raises 6 where a product or an upper bound is beyond 32 bits, 9 where a size is not positive, 62 where the rest of the
-/// file can't hold so many elements.
+/// file can't hold so many elements, 7 where an array can't: it takes 2 GB at most.
 Size size_of_data(const Source& source, const MatrixHeader& header, std::size_t width, std::int32_t lower1, std::int32_t lower2);
 
 /// The names block: the number of names (32 bits) and each of them as a text.
