@@ -113,6 +113,30 @@ std::wstring checked(std::wstring_view path)
     return std::wstring{path};
 }
 
+std::wstring whole_path(const std::wstring& given)
+{
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const auto room = static_cast<DWORD>(path.size());
+        const DWORD length = GetFullPathNameW(given.c_str(), room, path.data(), nullptr);
+        path.resize(length);
+        if (length < room)
+            return path;
+    }
+}
+
+std::wstring whole_paths(std::wstring_view given)
+{
+    std::wstring all;
+    while (!given.empty()) {
+        const std::wstring one{given.substr(0, given.find(L'\0'))};
+        given.remove_prefix(std::min(one.size() + 1, given.size()));
+        const std::wstring whole = whole_path(one);
+        all.append(whole.empty() ? one : whole).append(1, L'\0');
+    }
+    return all;
+}
+
 std::size_t read(const Handle& file, char* bytes, std::size_t size)
 {
     std::size_t done = 0;

@@ -42,6 +42,11 @@ private:
 /// The path as the platform takes it. Raises 52 for one that holds a NUL.
 std::wstring checked(std::wstring_view path);
 
+/// The path seen from the current folder as an absolute one; empty for what can't be a path.
+std::wstring whole_path(const std::wstring& given);
+/// The same for a list of paths with a NUL between them, each followed by a NUL. What can't be a path stays as it is.
+std::wstring whole_paths(std::wstring_view given);
+
 /// Reads from where the file stands; less than `size` bytes only at its end.
 std::size_t read(const Handle& file, char* bytes, std::size_t size);
 

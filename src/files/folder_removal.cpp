@@ -36,19 +36,6 @@ std::wstring with_backslash(std::wstring path)
     return path.ends_with(L'\\') ? path : path + L'\\';
 }
 
-/// Empty for what can't be a path.
-std::wstring whole_path(const std::wstring& given)
-{
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const auto room = static_cast<DWORD>(path.size());
-        const DWORD length = GetFullPathNameW(given.c_str(), room, path.data(), nullptr);
-        path.resize(length);
-        if (length < room)
-            return path;
-    }
-}
-
 /// Deletes what a walk finds below one folder, subfolders with all they hold.
 class Removal final : public WalkVisitor {
 public:
@@ -63,8 +50,10 @@ public:
         failures_ += !remove(entry_of(folder, entry));
         return goes_on();
     }
-    bool goes_on() const noexcept { return failures_ == 0 || ignore_failures_; }
-    long failures() const noexcept { return failures_; }
+    /// Subfolders that can't be searched can't be deleted either, unless they are empty: that one failure is counted then.
+    void unreadable(const std::wstring& folder) override { root_is_unreadable_ |= folder == root_; }
+    bool goes_on() const noexcept { return failures() == 0 || ignore_failures_; }
+    long failures() const noexcept { return failures_ + root_is_unreadable_; }
 
 private:
     struct Entry {
@@ -108,8 +97,7 @@ private:
     bool remove_itself(const Entry& entry) const
     {
         const bool read_only = entry.attributes & FILE_ATTRIBUTE_READONLY;
-        const DWORD access = DELETE | FILE_READ_ATTRIBUTES | (read_only ? FILE_WRITE_ATTRIBUTES : 0);
-        const Handle opened = open(entry.path, access, FILE_FLAG_OPEN_REPARSE_POINT);
+        const Handle opened = open_to_remove(entry.path, read_only);
         if (!opened || !is_in_its_place(opened, entry.path))
             return false;
         if (read_only)
@@ -120,6 +108,16 @@ private:
         if (read_only)
             set_attributes(opened, entry.attributes);
         return false;
+    }
+
+    /// Some systems do not let this attribute be changed through a file that is opened for it, but through any other.
+    static Handle open_to_remove(const std::wstring& path, bool read_only) noexcept
+    {
+        constexpr DWORD access = DELETE | FILE_READ_ATTRIBUTES;
+        Handle opened;
+        if (read_only)
+            opened = open(path, access | FILE_WRITE_ATTRIBUTES, FILE_FLAG_OPEN_REPARSE_POINT);
+        return opened ? std::move(opened) : open(path, access, FILE_FLAG_OPEN_REPARSE_POINT);
     }
 
     /// Whether what was opened lies where its path says. It does not if the platform went through a link instead of opening
@@ -142,7 +140,18 @@ private:
     const std::wstring root_name_;
     const bool ignore_failures_;
     long failures_ = 0;
+    bool root_is_unreadable_ = false;
 };
+
+/// A file, or a name with wildcards. A folder that can't be looked at may well be one.
+bool can_be_no_folder(const std::wstring& root)
+{
+    constexpr std::size_t start = 4; // of the name itself, behind \\?\ and its own question mark
+    if (root.find_first_of(L"*?", start) != root.npos)
+        return true;
+    const DWORD attributes = GetFileAttributesW(root.substr(0, root.size() - 1).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
 
 } // namespace
 
@@ -165,7 +174,7 @@ std::wstring folder_to_clear(std::wstring_view given)
 long clear_folder(std::wstring_view folder, bool ignore_failures)
 {
     const std::wstring root = folder_to_clear(folder);
-    if (root.empty())
+    if (root.empty() || can_be_no_folder(root))
         return 0;
     Removal removal{root, ignore_failures};
     walk(root, {.pattern = L"*", .through_links = false}, removal);

@@ -15,8 +15,9 @@ std::wstring folder_to_clear(std::wstring_view given);
 ///
 /// Nothing outside the folder is ever deleted: a junction or a symbolic link in it goes, what it leads to stays.
 ///
-/// How many files and folders could not be deleted; at the first one it stops if failures are not ignored. An empty or blank
-/// name, a missing folder and one with wildcards hold nothing. Raises what `folder_to_clear` does.
+/// How many files and folders could not be deleted, and one more where the folder itself could not be read to its end; at
+/// the first failure it stops if failures are not ignored. An empty or blank name, a missing folder and one with wildcards
+/// hold nothing. Raises what `folder_to_clear` does.
 long clear_folder(std::wstring_view folder, bool ignore_failures);
 
 } // namespace files

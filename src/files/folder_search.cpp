@@ -55,6 +55,7 @@ bool FolderSearch::next() noexcept
     while (std::exchange(at_first_, false) || FindNextFileW(search_, &found_))
         if (admits(admitted_, found_.dwFileAttributes))
             return true;
+    failed_ = !means_nothing_found(GetLastError());
     return false;
 }
 

@@ -36,8 +36,8 @@ public:
 
     /// Goes to the first or the next entry; false when there is none.
     bool next() noexcept;
-    /// Whether the search itself failed: a name that can't be one, a device that isn't ready. A missing folder is no failure,
-    /// it holds nothing.
+    /// Whether the search itself failed, at its start or before its end: a name that can't be one, a folder that must not be
+    /// read, a device that isn't ready. A missing folder is no failure, it holds nothing.
     bool failed() const noexcept { return failed_; }
 
     std::wstring_view name() const noexcept { return found_.cFileName; }

@@ -74,6 +74,8 @@ private:
         FolderSearch search{path_ + std::wstring{rules_.pattern}, admitted()};
         while (!cancelled_ && search.next())
             report(search);
+        if (search.failed())
+            visitor_.unreadable(path_);
         return cancelled_ || rules_.this_folder_only ? std::vector<Subfolder>{} : search_subfolders();
     }
 
@@ -92,6 +94,8 @@ private:
             if (admits(admitted(), search.attributes()))
                 report(search);
         }
+        if (search.failed())
+            visitor_.unreadable(path_);
         if (cancelled_)
             return {};
         if (heard_here_ && (!watch || watch->may_have_changed()))

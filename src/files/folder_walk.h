@@ -17,6 +17,9 @@ public:
     /// An entry of the folder with this path, which ends in a backslash. False ends the whole walk.
     virtual bool found(const std::wstring& folder, const FolderSearch& entry) = 0;
 
+    /// The folder with this path could not be searched, or not to its end.
+    virtual void unreadable(const std::wstring& folder) { static_cast<void>(folder); }
+
 protected:
     ~WalkVisitor() = default;
 };

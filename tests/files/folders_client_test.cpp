@@ -380,6 +380,19 @@ TEST_F(Folders, PathIsEmptyLooksForVisibleThings)
     expect_empty(false);
 }
 
+TEST_F(Clearing, CountsAFolderThatCannotBeRead)
+{
+    for (const bool ignore_errors : {true, false}) {
+        const HANDLE held = CreateFileW(folder.file(L"in").c_str(), FILE_LIST_DIRECTORY, 0, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        EXPECT_EQ(clear(folder.file(L"in"), ignore_errors), 1);
+        EXPECT_TRUE(exists(folder.file(L"in\\sub\\x")));
+        CloseHandle(held);
+    }
+    EXPECT_EQ(clear(folder.file(L"in")), 0);
+    expect_cleared();
+}
+
 TEST_F(Clearing, DeletesFilesAndSubfoldersWithAllTheyHold)
 {
     current_path(folder.file(L"out"));
