@@ -2,6 +2,7 @@
 
 #include "automation/client_object.h"
 #include "automation/floating_control.h"
+#include "files/file.h"
 #include "files/folder_search.h"
 #include "frame/MErrors.h"
 
@@ -50,11 +51,10 @@ std::wstring special_folder(int folder)
     return list ? path_of(*list) : L"";
 }
 
-/// `files` may be several, with a NUL between them.
-bool move_to_recycle_bin(std::wstring files, bool tells_user)
+/// `given` may be several, with a NUL between them.
+bool move_to_recycle_bin(std::wstring_view given, bool tells_user)
 {
-    if (files.back() != L'\0')
-        files += L'\0'; // the text's own end is the second one that the list needs
+    const std::wstring files = files::whole_paths(given);
     SHFILEOPSTRUCTW operation{};
     operation.wFunc = FO_DELETE;
     operation.pFrom = files.c_str();
@@ -114,7 +114,7 @@ HRESULT qvFile::qvGetSpecialFolderPath(qvECSIDL nFolder, VARIANT_BOOL fBackSlash
 HRESULT qvFile::qvMoveToRecycle(BSTR sFile, VARIANT_BOOL fShowMessages, VARIANT_BOOL* result) noexcept
 {
     return answer(result, [&] {
-        return SysStringLen(sFile) > 0 && move_to_recycle_bin(std::wstring{view(sFile)}, fShowMessages != VARIANT_FALSE);
+        return SysStringLen(sFile) > 0 && move_to_recycle_bin(view(sFile), fShowMessages != VARIANT_FALSE);
     });
 }
 

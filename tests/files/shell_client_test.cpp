@@ -84,6 +84,19 @@ TEST_F(Shell, MovesFilesToTheRecycleBin)
     EXPECT_NE(std::wcstol(number.text.c_str(), nullptr, 10), 0) << "the system's number";
 }
 
+TEST_F(Shell, MovesToTheRecycleBinWhatIsNamedFromTheCurrentFolder)
+{
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    folder.write(L"one", "");
+    folder.write(L"two", "");
+    SetCurrentDirectoryW(folder.path().c_str());
+    MessageBoxCatcher confirmation{10000, {IDYES}};
+    EXPECT_TRUE(is_moved({std::wstring_view{L"one\0two", 7}}));
+    EXPECT_EQ(folder.size(), 0);
+    SetCurrentDirectoryW(before);
+}
+
 TEST_F(Shell, LetsTheUserPickAFolder)
 {
     DispatchObject owner{{L"hwnd"}, [](DISPID, const DISPPARAMS&, VARIANT* result) {
