@@ -1,7 +1,6 @@
 #include "datafiles/data_file.h"
 
 #include "automation/error.h"
-
 #include "automation/thread_state.h"
 
 namespace {
@@ -10,7 +9,7 @@ const automation::PerThread<DataFile*> open_files; // the first of them
 
 } // namespace
 
-DataFile::DataFile(std::wstring_view path) : file_{path}
+DataFile::DataFile(std::wstring_view path, Opening opening) : file_{path, opening}
 {
     DataFile** place = &open_files.here();
     for (; *place && (*place)->number_ == number_; place = &(*place)->next_)

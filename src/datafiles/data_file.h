@@ -10,8 +10,9 @@
 /// objects find it.
 class DataFile final : public qvb::Source {
 public:
-    /// Opens the file, creating a missing one.
-    explicit DataFile(std::wstring_view path);
+    using Opening = files::BinaryFile::Opening;
+
+    explicit DataFile(std::wstring_view path, Opening opening = Opening::Existing);
     ~DataFile();
     DataFile(const DataFile&) = delete;
     DataFile& operator=(const DataFile&) = delete;
@@ -23,6 +24,7 @@ public:
     void read(void* bytes, std::size_t size) override { file_.read(bytes, size); }
     std::uint64_t left() const noexcept override { return file_.left(); }
     void write(std::string_view bytes) { file_.write(bytes); }
+    void keep() noexcept { file_.keep(); }
 
 private:
     files::BinaryFile file_;

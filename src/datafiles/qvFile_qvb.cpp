@@ -1,7 +1,6 @@
 #include "datafiles/qvFile_qvb.h"
 
 #include "datafiles/element_conversion.h"
-#include "files/binary_file.h"
 #include "frame/MErrors.h"
 #include "text/message_template.h"
 
@@ -212,6 +211,22 @@ Ref<Part> part(Interface* value)
     return given;
 }
 
+/// Writes a new file in place of the one before. An error in what is to be written keeps what was written until then; where
+/// memory runs out or the file can't be written, the one before comes back.
+template <class Content>
+void write_new(const std::wstring& path, const Content& content)
+{
+    DataFile file{path, DataFile::Opening::Replacing};
+    try {
+        content(file);
+    } catch (const Error& error) {
+        if (error.number() != static_cast<std::int32_t>(Runtime::OutOfMemory))
+            file.keep();
+        throw;
+    }
+    file.keep();
+}
+
 /// For the members that never raise.
 template <class Rule>
 HRESULT attempt(Rule&& rule) noexcept
@@ -247,19 +262,23 @@ void qvFile_qvb::Parts::load_headers(DataFile& file) const
     matrix->load(file);
 }
 
+void qvFile_qvb::Parts::load_names(DataFile& file) const
+{
+    if (matrix->fields().object_names)
+        names->load(file);
+}
+
 qvFile_qvb::Bounds qvFile_qvb::bounds_of_data(const DataFile& file, const Parts& parts, VARTYPE type) const
 {
     const auto [rows, columns] = qvb::size_of_data(file, parts.matrix->fields(), width_of(type), lower1_, lower2_);
     return {{{static_cast<ULONG>(rows), lower1_}, {static_cast<ULONG>(columns), lower2_}}};
 }
 
-/// Reads what is behind the headers: the elements as an array of this type, and the names.
+/// Reads what is behind the headers as an array of this type.
 Variant qvFile_qvb::read_matrix(DataFile& file, const Parts& parts, VARTYPE type) const
 {
     Variant matrix = automation::new_array(type, bounds_of_data(file, parts, type));
     read_elements(file, matrix.parray, type);
-    if (parts.matrix->fields().object_names)
-        parts.names->load(file);
     return matrix;
 }
 
@@ -268,27 +287,35 @@ void qvFile_qvb::read(VARIANT& target)
     const Parts parts = this->parts();
     DataFile file{file_};
     parts.load_headers(file);
-    if (const auto type = type_of(parts.matrix->fields().element))
-        automation::assign(target, read_matrix(file, parts, *type));
+    if (const auto type = type_of(parts.matrix->fields().element)) {
+        Variant matrix = read_matrix(file, parts, *type);
+        parts.load_names(file);
+        automation::assign(target, std::move(matrix));
+    }
 }
 
+/// The array is the caller's as soon as it is read, whatever becomes of the names.
 void qvFile_qvb::read(SAFEARRAY** target, VARTYPE type)
 {
     const Parts parts = this->parts();
     DataFile file{file_};
     parts.load_headers(file);
     require_replaceable(target);
-    const bool may_fail_later = parts.matrix->fields().object_names;
-    if (!may_fail_later && has_shape(*target, type, bounds_of_data(file, parts, type)))
-        return read_elements(file, *target, type); // saves making a new one, which takes longer than reading
-    automation::assign(target, read_matrix(file, parts, type));
+    if (has_shape(*target, type, bounds_of_data(file, parts, type)))
+        read_elements(file, *target, type); // saves making a new one, which takes longer than reading
+    else
+        automation::assign(target, read_matrix(file, parts, type));
+    parts.load_names(file);
 }
 
 void qvFile_qvb::write(const VARIANT& value, long output_type)
 {
+    write_new(file_, [&](DataFile& file) { write(file, value, output_type); });
+}
+
+void qvFile_qvb::write(DataFile& file, const VARIANT& value, long output_type)
+{
     const Parts parts = this->parts();
-    files::remove_file(file_);
-    DataFile file{file_};
     parts.information->save(file);
 
     const auto array = automation::array_in(value);
@@ -317,15 +344,18 @@ void qvFile_qvb::write(const VARIANT& value, long output_type)
 
 void qvFile_qvb::write(SAFEARRAY** array, VARTYPE type)
 {
+    write_new(file_, [&](DataFile& file) { write(file, array ? *array : nullptr, type); });
+}
+
+void qvFile_qvb::write(DataFile& file, SAFEARRAY* array, VARTYPE type)
+{
     const Parts parts = this->parts();
-    files::remove_file(file_);
-    DataFile file{file_};
     qvb::MatrixHeader& header = parts.matrix->fields();
-    fit(header, array ? *array : nullptr);
+    fit(header, array);
     header.element = static_cast<std::int32_t>(*element_of(type));
     parts.information->save(file);
     parts.matrix->save(file);
-    write_elements(file, *array, type);
+    write_elements(file, array, type);
     if (header.object_names)
         parts.names->save(file);
 }

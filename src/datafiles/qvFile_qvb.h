@@ -49,6 +49,7 @@ private:
         automation::Ref<CFile_sNames> names;
 
         void load_headers(DataFile& file) const;
+        void load_names(DataFile& file) const;
     };
     Parts parts();
 
@@ -59,7 +60,9 @@ private:
     void read(VARIANT& target);
     void read(SAFEARRAY** target, VARTYPE type);
     void write(const VARIANT& value, long output_type);
+    void write(DataFile& file, const VARIANT& value, long output_type);
     void write(SAFEARRAY** array, VARTYPE type);
+    void write(DataFile& file, SAFEARRAY* array, VARTYPE type);
 
     static automation::Ref<CFileInfoHeader> new_information();
 

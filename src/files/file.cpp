@@ -1,9 +1,9 @@
 #include "files/file.h"
 
 #include "automation/error.h"
+#include "files/replacing.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <utility>
 
 namespace files {
@@ -27,10 +27,10 @@ void require(bool done)
 }
 
 /// Others may go on reading and writing the file.
-Handle open(const std::wstring& path, DWORD access, DWORD disposition) noexcept
+Handle open(const std::wstring& path, DWORD access, DWORD disposition)
 {
     constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return Handle{CreateFileW(path.c_str(), access, all, nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr)};
+    return open_patiently(path, access, all, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN);
 }
 
 bool is_on_disk(const Handle& file) noexcept
@@ -59,14 +59,17 @@ bool set_size(const Handle& file, std::size_t size) noexcept
     return go_to(file, size) && SetEndOfFile(file.get());
 }
 
-/// A name that no file in the folder of `path` has, most likely.
-std::wstring beside(const std::wstring& path)
+DWORD attributes_of(const Handle& file)
 {
-    static volatile LONG used = 0;
-    wchar_t name[32];
-    const unsigned number = static_cast<unsigned>(InterlockedIncrement(&used)) * 0x9E3779B9u ^ GetTickCount() ^ GetCurrentThreadId() << 16;
-    std::swprintf(name, std::size(name), L"~qv%08x.tmp", number);
-    return path.substr(0, path.find_last_of(L"\\/:") + 1) + name;
+    BY_HANDLE_FILE_INFORMATION information;
+    require(GetFileInformationByHandle(file.get(), &information));
+    return information.dwFileAttributes;
+}
+
+bool is_link(const std::wstring& path) noexcept
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
 }
 
 /// The path of the file itself, where `path` may be a link to it.
@@ -77,6 +80,8 @@ std::wstring target_of(const Handle& file, const std::wstring& path)
     if (length == 0 || length >= target.size())
         return path;
     target.resize(length);
+    if (is_former(target)) // someone has just replaced it
+        raise_file_error(ERROR_SHARING_VIOLATION);
     return target;
 }
 
@@ -233,9 +238,9 @@ Output::Output(std::wstring_view path) : path_{checked(path)}
         return;
     DWORD attributes = FILE_ATTRIBUTE_NORMAL;
     if (is_there_) {
-        path_ = target_of(present, path_);
-        if (const DWORD former = GetFileAttributesW(path_.c_str()); former != INVALID_FILE_ATTRIBUTES)
-            attributes = former;
+        attributes = attributes_of(present);
+        if (is_link(path_))
+            path_ = target_of(present, path_);
         // Where the user may do anything, this attribute alone does not keep him from it.
         if (attributes & FILE_ATTRIBUTE_READONLY)
             raise_file_error(ERROR_ACCESS_DENIED);
@@ -247,7 +252,7 @@ Output::~Output()
 {
     beside_.close();
     if (!name_beside_.empty())
-        DeleteFileW(name_beside_.c_str());
+        remove_beside(name_beside_);
 }
 
 /// Leaves no name where the folder allows no new file.
@@ -255,7 +260,7 @@ void Output::create_beside(DWORD attributes)
 {
     constexpr DWORD kept = FILE_ATTRIBUTE_NORMAL | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     for (int attempts = 0; attempts < 100; ++attempts) {
-        std::wstring name = beside(path_);
+        std::wstring name = name_beside(path_, new_content);
         beside_ = Handle{CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes & kept, nullptr)};
         if (beside_) {
             name_beside_ = std::move(name);
@@ -292,20 +297,53 @@ void Output::commit()
         write_over(path_, read_whole(name_beside_));
 }
 
-/// Whatever fails, a file with the old content is in its place again.
+/// False where someone keeps the file in a way that it can only be written over.
 bool Output::swap_in()
 {
-    const std::wstring former = beside(path_);
-    const bool done = is_there_ ? ReplaceFileW(path_.c_str(), name_beside_.c_str(), former.c_str(), 0, nullptr, nullptr)
-                                : MoveFileExW(name_beside_.c_str(), path_.c_str(), 0);
-    if (done) {
-        name_beside_.clear();
-        if (is_there_)
-            DeleteFileW(former.c_str());
-    } else if (is_there_ && GetLastError() == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2) {
-        MoveFileExW(former.c_str(), path_.c_str(), 0);
+    Patience patience{path_, name_beside_};
+    for (;;) {
+        DWORD failure = is_there_ ? replace() : move_in();
+        if (failure == ERROR_FILE_NOT_FOUND && is_there_ && !patience.is_being_replaced())
+            failure = move_in();
+        if (failure == ERROR_ALREADY_EXISTS || failure == ERROR_FILE_EXISTS)
+            is_there_ = true;
+        if (failure == 0 || !patience.tries_again(failure))
+            return failure == 0;
     }
-    return done;
+}
+
+/// Gives why it failed, 0 where it did not; a file with the old content is in its place again then.
+DWORD Output::replace()
+{
+    const std::wstring former = name_beside(path_, former_content);
+    if (ReplaceFileW(path_.c_str(), name_beside_.c_str(), former.c_str(), 0, nullptr, nullptr)) {
+        name_beside_.clear();
+        remove_beside(former);
+        return 0;
+    }
+    const DWORD failure = GetLastError();
+    if (failure == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2)
+        put_back(former);
+    return failure;
+}
+
+/// Unless someone else's new one has taken its place meanwhile.
+void Output::put_back(const std::wstring& former)
+{
+    if (MoveFileExW(former.c_str(), path_.c_str(), 0))
+        return;
+    const DWORD failure = GetLastError();
+    if (failure == ERROR_ALREADY_EXISTS || failure == ERROR_FILE_EXISTS)
+        remove_beside(former);
+}
+
+/// For a file that is not there. Gives why it failed, 0 where it did not.
+DWORD Output::move_in() noexcept
+{
+    if (!MoveFileExW(name_beside_.c_str(), path_.c_str(), 0))
+        return GetLastError();
+    name_beside_.clear();
+    return 0;
 }
 
 std::string read_whole(std::wstring_view path)

@@ -72,7 +72,9 @@ private:
 /// is as it was.
 ///
 /// It is written beside the old file and swapped in, which keeps the file's attributes. Only where that can't be done (a
-/// device, a folder that allows no new files) it is gathered in memory and written over the old one.
+/// device, a folder that allows no new files) it is gathered in memory and written over the old one; the same becomes of a
+/// file that someone else keeps open in a way that it can't be moved. Several programs may write and read a file at the same
+/// time: a reader gets one of the contents as a whole.
 class Output {
 public:
     /// Raises at once when the file may not be written.
@@ -87,6 +89,9 @@ public:
 private:
     void create_beside(DWORD attributes);
     bool swap_in();
+    DWORD replace();
+    void put_back(const std::wstring& former);
+    DWORD move_in() noexcept;
 
     std::wstring path_;
     bool is_there_ = false;

@@ -199,6 +199,14 @@ TEST_F(QvbFile, SizesThatCannotBeAreErrors)
         use(foreign + sizes + std::string(64, '\0'));
         expect_failed_reads(number);
     }
+    // So much is in the file, but no array takes it. The bytes of these come to none at all with 32 bits.
+    for (const auto& [rows, type] : std::vector<std::pair<int, int>>{{65536, 0}, {32768, 1}, {8192, 4}, {8193, 4}}) {
+        use(folder.write_large(L"large.qvb", foreign + header(rows, 65536, 1, 1, type), 0x100200000));
+        for (const wchar_t* member : {L"ReadFile", elements[type].reader}) {
+            Value variable;
+            expect_error(file.try_call(member, {Value::variable(variable)}), 7, L"Out of memory");
+        }
+    }
 }
 
 TEST_F(QvbFile, HeightsAreFittedToTheColumns)
@@ -316,12 +324,9 @@ TEST_F(QvbFile, ArraysThatMustStayStay)
 
     // One that has the shape already is filled where it is.
     const SAFEARRAY* const before = held;
-    const std::string no_names = header(1, 1, 1, 1, 4, true) + bytes<double>({6}) + "none";
-    for (const std::string& bad : {header(1, 1, 1, 1, 4) + "short", no_names}) {
-        use(foreign + bad);
-        EXPECT_EQ(file.try_call(L"ReadFile_Dbl", {typed}).number(), 62);
-        EXPECT_EQ(told(array), L"Double 0,0: (5)") << "a failure changes nothing";
-    }
+    use(foreign + header(1, 1, 1, 1, 4) + "short");
+    EXPECT_EQ(file.try_call(L"ReadFile_Dbl", {typed}).number(), 62);
+    EXPECT_EQ(told(array), L"Double 0,0: (5)") << "a failure changes nothing";
     use(foreign + header(1, 1, 1, 1, 4) + bytes<double>({6}));
     file.call(L"ReadFile_Dbl", {typed});
     EXPECT_EQ(held, before);
@@ -330,6 +335,13 @@ TEST_F(QvbFile, ArraysThatMustStayStay)
     Value longs = client::array(VT_I4, {{1, 0}}, {7});
     EXPECT_EQ(file.try_call(L"ReadFile", {Value::reference(VT_ARRAY | VT_I4, &longs.parray)}).number(), 13);
     EXPECT_EQ(longs.parray->cDims, 1);
+
+    // A names block that is cut costs only the names.
+    for (const int columns : {1, 4}) {
+        use(foreign + header(1, columns, 1, 1, 4, true) + std::string(8 * static_cast<std::size_t>(columns), '\0') + "cut");
+        EXPECT_EQ(file.try_call(L"ReadFile_Dbl", {typed}).number(), 62);
+        EXPECT_EQ(told(array), columns == 1 ? L"Double 0,0: (0)" : L"Double 0,0: (0 0 0 0)");
+    }
 }
 
 TEST_F(QvbFile, PathsAreNeverPatterns)
@@ -359,6 +371,36 @@ TEST_F(QvbFile, PathsAreNeverPatterns)
     EXPECT_TRUE(DeleteFileW(path.c_str())) << "it is closed";
     EXPECT_EQ(file.try_call(L"WriteFile", {1}).number(), own_errors + 105);
     EXPECT_TRUE(DeleteFileW(path.c_str())) << "after an error as well";
+}
+
+TEST_F(QvbFile, AFileThatOthersHoldIsReplacedOrStays)
+{
+    const Value small = numbers(VT_UI1, 1, 1);
+    constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const struct {
+        DWORD access, sharing;
+        bool mapped;
+        long number; ///< of the error; below 0 where that is the system's affair
+    } cases[]{{GENERIC_READ, all, false, 0},          {FILE_READ_ATTRIBUTES, 0, false, 0},
+              {GENERIC_READ, FILE_SHARE_READ, false, 70}, {GENERIC_WRITE, FILE_SHARE_WRITE | FILE_SHARE_READ, false, 70},
+              {GENERIC_READ, all, true, -1}};
+    for (const auto& one : cases) {
+        const std::wstring path = folder.write(L"held.qvb", "old");
+        const HANDLE held = CreateFileW(path.c_str(), one.access, one.sharing, nullptr, OPEN_EXISTING, 0, nullptr);
+        const HANDLE mapping = one.mapped ? CreateFileMappingW(held, nullptr, PAGE_READONLY, 0, 0, nullptr) : nullptr;
+        const void* const view = one.mapped ? MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0) : nullptr;
+        use(path);
+        const long number = file.try_call(L"WriteFile", {small}).number();
+        EXPECT_EQ(number, one.number < 0 ? number : one.number);
+        if (view)
+            UnmapViewOfFile(view);
+        for (const HANDLE handle : {mapping, held})
+            if (handle)
+                CloseHandle(handle);
+        const bool is_new = number == 0;
+        EXPECT_EQ(content().substr(0, 4), is_new ? "\1\0\0\0"s : "old") << one.access << ' ' << one.sharing;
+        EXPECT_EQ(folder.size(), 1) << "nothing lies beside";
+    }
 }
 
 TEST_F(QvbFile, PartsAreTheLibrarysOwn)
@@ -495,6 +537,10 @@ TEST_F(NifFile, WhatIsNoNifFileIsAnErrorInEveryLanguage)
     EXPECT_EQ(file.try_call(L"Value", {1, 1}).number(), 9) << "a table that the file cannot hold";
     EXPECT_TRUE(DeleteFileW(folder.file(L"bad.nif").c_str())) << "it is closed";
 
+    const std::wstring large = folder.write_large(L"large.nif", "65536,8192\r\n\r\n\r\n\r\n\r\n0\r\n", 0x30000000);
+    EXPECT_EQ(file.try_call(L"Load", {large}).number(), own_errors + 1) << "one that memory cannot hold";
+    EXPECT_EQ(file.try_call(L"Value", {1, 1}).number(), 9);
+
     const std::wstring locked = folder.write(L"locked.nif", nif_2x3);
     const HANDLE other = CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     EXPECT_EQ(file.try_call(L"Load", {locked}).number(), 70);
@@ -518,7 +564,10 @@ TEST_F(NifFile, IndicesAreThoseOfTheArrays)
     file.put(L"Name", {2, L"x"});
     EXPECT_EQ(values(), L"Double 1,1: (1 2 -2.5)(4 0.125 7)");
     EXPECT_EQ(file.call(L"Name", {2}).text(), L"x");
-    EXPECT_EQ(file.try_call(L"SetSize", {2147483647, 2147483647}).number(), 7);
+    for (const auto& [m, n] : std::vector<std::pair<int, int>>{{2147483647, 2147483647}, {65536, 65536}, {65536, 8192}, {16385, 16384}}) {
+        expect_error(file.try_call(L"SetSize", {m, n}), 7, L"Out of memory");
+        EXPECT_EQ(value(2, 3), 7) << "the table before stays";
+    }
     file.call(L"SetSize", {1, 1});
     EXPECT_EQ(value(1, 1), 0);
     EXPECT_EQ(file.call(L"Name", {1}).text(), L"");

@@ -5,7 +5,6 @@
 #include "support/client.h"
 #include "support/error_of.h"
 
-#include <filesystem>
 #include <random>
 
 using client::Folder;
@@ -24,12 +23,6 @@ int read_error(const std::wstring& path)
 int write_error(const std::wstring& path)
 {
     return error_of([&] { write_whole(path, "new"); });
-}
-
-/// How many files there are in a folder.
-std::ptrdiff_t files_in(const Folder& folder)
-{
-    return std::distance(std::filesystem::directory_iterator{folder.path()}, {});
 }
 
 files::Handle opened(const std::wstring& path, DWORD sharing)
@@ -54,7 +47,7 @@ TEST(File, IsWrittenAndReadAsAWhole)
         write_whole(path, content);
         EXPECT_EQ(read_whole(path), content);
     }
-    EXPECT_EQ(files_in(folder), 1) << "nothing else is left behind";
+    EXPECT_EQ(folder.size(), 1) << "nothing else is left behind";
 }
 
 TEST(File, ErrorsOfNamesAndFolders)
@@ -66,7 +59,7 @@ TEST(File, ErrorsOfNamesAndFolders)
         EXPECT_EQ(read_error(folder.file(name)), number);
         EXPECT_EQ(write_error(folder.file(name)), number);
     }
-    EXPECT_EQ(files_in(folder), 0);
+    EXPECT_EQ(folder.size(), 0);
 }
 
 TEST(File, WhatMustNotBeTouchedStaysAsItIs)
@@ -87,7 +80,7 @@ TEST(File, WhatMustNotBeTouchedStaysAsItIs)
         EXPECT_EQ(write_error(path), 70);
     }
     EXPECT_EQ(read_whole(path), "old");
-    EXPECT_EQ(files_in(folder), 1);
+    EXPECT_EQ(folder.size(), 1);
 }
 
 TEST(File, KeepsItsAttributes)
@@ -112,7 +105,7 @@ TEST(File, IsWrittenInPlaceWhereItCannotBeReplaced)
     DWORD got = 0;
     ReadFile(kept_open.get(), seen, sizeof seen, &got, nullptr);
     EXPECT_EQ(std::string(seen, got), "short");
-    EXPECT_EQ(files_in(folder), 1);
+    EXPECT_EQ(folder.size(), 1);
 }
 
 TEST(File, OutputThatIsNotCommittedLeavesNoTrace)
@@ -124,10 +117,10 @@ TEST(File, OutputThatIsNotCommittedLeavesNoTrace)
         given_up.write("new");
         files::Output never_there{folder.file(L"other")};
         never_there.write("new");
-        EXPECT_EQ(files_in(folder), 3) << "the new contents lie beside";
+        EXPECT_EQ(folder.size(), 3) << "the new contents lie beside";
     }
     EXPECT_EQ(read_whole(path), "old");
-    EXPECT_EQ(files_in(folder), 1);
+    EXPECT_EQ(folder.size(), 1);
 }
 
 TEST(File, Devices)

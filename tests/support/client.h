@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <ocidl.h>
+#include <winioctl.h>
 #include <oleauto.h>
 
 #include <atomic>
@@ -261,6 +262,30 @@ public:
         WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
         CloseHandle(handle);
         return path;
+    }
+    /// The same, with nothing but zeros behind these bytes up to this size.
+    std::wstring write_large(std::wstring_view name, std::string_view bytes, LONGLONG size) const
+    {
+        const std::wstring path = write(name, bytes);
+        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        DWORD got = 0;
+        DeviceIoControl(handle, FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &got, nullptr); // takes no space where the system can
+        LARGE_INTEGER end;
+        end.QuadPart = size;
+        EXPECT_TRUE(SetFilePointerEx(handle, end, nullptr, FILE_BEGIN) && SetEndOfFile(handle));
+        CloseHandle(handle);
+        return path;
+    }
+    /// How many entries the folder has.
+    int size() const
+    {
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW(file(L"*").c_str(), &found);
+        int count = -2; // for "." and ".."
+        for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found))
+            ++count;
+        FindClose(search);
+        return count;
     }
     static std::string read(const std::wstring& path)
     {
