@@ -71,6 +71,18 @@ TEST(NifReading, SizesAreCheckedBeforeTheyAreBelieved)
     EXPECT_EQ(error_of_reading("2,1\r\r\r\r\r0\rname\r1E999\r1\r"), 6);
 }
 
+TEST(NifReading, ATableBeyondMemoryIsNoneThatAFileCanHold)
+{
+    constexpr std::int32_t most = 0x7FFFFFFF / sizeof(double); // values
+    const nif::Reader reader{std::uint64_t{1} << 40, [] { return std::string_view{}; }, nullptr};
+    EXPECT_TRUE(reader.can_hold(1, most));
+    EXPECT_EQ(error_of([] { nif::require_possible(most, 1); }), 0);
+    for (const auto& [m, n] : std::vector<std::pair<int, int>>{{1, most + 1}, {65536, 8192}, {65536, 65536}}) {
+        EXPECT_FALSE(reader.can_hold(m, n));
+        EXPECT_EQ(error_of([&] { nif::require_possible(m, n); }), 7) << m << ' ' << n;
+    }
+}
+
 TEST(NifReading, EveryTruncationGivesAnErrorOrTheWholeTable)
 {
     const std::size_t last = sample.rfind("6.5");

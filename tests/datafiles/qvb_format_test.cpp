@@ -8,6 +8,7 @@
 
 #include <cfenv>
 #include <limits>
+#include <tuple>
 #include <optional>
 
 using namespace std::string_literals;
@@ -139,6 +140,13 @@ TEST(MatrixHeader, SizesTheDataWithinTheFile)
     EXPECT_EQ(error(header_of(1, 65536, 32767, 2), 1), 6);
     EXPECT_EQ(error(header_of(2, 1, 1, 1), 1, largest), 6) << "an upper bound beyond the range";
     EXPECT_EQ(error(header_of(1, 1, 1, 1), 1, largest, largest), 0);
+
+    struct : qvb::Source {
+        void read(void*, std::size_t) override {}
+        std::uint64_t left() const noexcept override { return std::uint64_t{1} << 40; }
+    } huge;
+    for (const auto& [rows, width, number] : {std::tuple{65536, 1u, 7}, {32768, 2u, 7}, {8192, 8u, 7}, {4096, 8u, 7}, {4095, 8u, 0}})
+        EXPECT_EQ(error_of([&] { qvb::size_of_data(huge, header_of(rows, 65536, 1, 1), width, 0, 0); }), number) << rows;
 }
 
 TEST(NamesBlock, NamesLoseTheBlanksAroundThem)
