@@ -133,14 +133,19 @@ private:
         return std::int64_t{high_} * part_powers[static_cast<std::size_t>(low_digits)] + low_;
     }
 
-    /// The power of ten behind E or D; 0 without digits.
+    /// The power of ten behind E or D; 0 without digits, and then the letter is no part of the number.
     int exponent() noexcept
     {
+        const Char* const start = next_;
         if (!take_letter('E') && !take_letter('D'))
             return 0;
         const bool negative = take('-');
         if (!negative)
             take('+');
+        if (digit_value(next()) >= 10) {
+            next_ = start;
+            return 0;
+        }
         int size = 0;
         for (; digit_value(next()) < 10; ++next_)
             if (size < most_exponent / 10)
@@ -158,7 +163,7 @@ private:
         return power < 0 ? size / factor : size * factor;
     }
 
-    /// The nearest Double to the number of any length at start_, which ends before next_ if its exponent has no digits.
+    /// The nearest Double to the number of any length at start_, which ends at next_.
     double rounded(std::int64_t power)
     {
         std::array<char, 64> few;

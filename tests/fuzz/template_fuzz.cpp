@@ -76,7 +76,8 @@ std::string taken(const char* expression, const std::string& text)
     return found ? text.substr(0, static_cast<std::size_t>(match.rm_eo)) : std::string{};
 }
 
-/// What a text reads as: an infinite number where it is one beyond the range; nothing for a number to another base than ten.
+/// What a text reads as: an infinite number where that is beyond the range and nothing follows, 0 where something does;
+/// nothing for a number to another base than ten.
 std::optional<double> read_plainly(std::string_view text)
 {
     std::string plain{text};
@@ -88,9 +89,8 @@ std::optional<double> read_plainly(std::string_view text)
         return std::nullopt;
     std::string number = taken("^[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([EeDd][+-]?[0-9]+)?", plain);
     std::ranges::replace_if(number, [](char c) { return c == 'D' || c == 'd'; }, 'E');
-    const bool goes_on = number.size() < plain.size();
     const double value = std::strtod(number.c_str(), nullptr);
-    return std::isinf(value) && goes_on ? 0 : value;
+    return std::isinf(value) && number.size() < plain.size() ? 0 : value;
 }
 
 template <class Text>

@@ -68,7 +68,7 @@ TEST(LeadingNumber, BeyondTheRangeOfADouble)
     expect_numbers({{"1.7976931348623157E308", std::numeric_limits<double>::max()}});
     expect_numbers({{"4.9406564584124654E-324", std::numeric_limits<double>::denorm_min()}});
     expect_numbers({{"1E-400", 0}, {"0E99999999999999999999", 0}, {"1E-99999999999999999999", 0}, {nines + "E-800", 0}});
-    expect_numbers({{"1e400x", 0}, {"1E400 1E5", 0}, {nines + "E1,", 0}, {"&H" + nines + "&1", 0}});
+    expect_numbers({{"1e400x", 0}, {"1E400 1E5", 0}, {nines + "E1,", 0}, {nines + "E+", 0}, {"&H" + nines + "&1", 0}});
     expect_numbers({{nines + "E-400", 1}, {"0." + zeros + "1E402", 10}});
 }
 
