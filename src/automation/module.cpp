@@ -3,8 +3,8 @@
 #include "automation/thread_state.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <span>
 
 extern "C" {
@@ -32,6 +32,24 @@ std::span<const IMAGE_SECTION_HEADER> sections() noexcept
     return {IMAGE_FIRST_SECTION(headers), headers->FileHeader.NumberOfSections};
 }
 
+/// Whether a section begins as unwind tables do, with the information that several functions share. Its name does not tell: it
+/// is too long for the section's header, and where the file keeps it is not in memory.
+bool holds_unwind_tables(const IMAGE_SECTION_HEADER& section) noexcept
+{
+    struct Start {
+        std::uint32_t length;
+        std::uint32_t id; // 0: what is shared
+        std::uint8_t version;
+        char augmentation;
+    };
+    constexpr DWORD constants = IMAGE_SCN_CNT_INITIALIZED_DATA | IMAGE_SCN_MEM_READ;
+    constexpr DWORD others = IMAGE_SCN_MEM_WRITE | IMAGE_SCN_MEM_EXECUTE | IMAGE_SCN_MEM_DISCARDABLE;
+    if ((section.Characteristics & (constants | others)) != constants || section.Misc.VirtualSize < sizeof(Start))
+        return false;
+    const auto& start = *reinterpret_cast<const Start*>(reinterpret_cast<const std::byte*>(&__ImageBase) + section.VirtualAddress);
+    return start.id == 0 && start.length < section.Misc.VirtualSize && start.version == 1 && start.augmentation == 'z';
+}
+
 /// Whether an exception raised in this module finds its handler.
 bool can_unwind() noexcept
 {
@@ -47,7 +65,7 @@ bool register_unwind_tables() noexcept
         return true;
     alignas(void*) static std::byte entry[64]; // the unwinder's, which needs 24 bytes
     for (const IMAGE_SECTION_HEADER& section : sections()) {
-        if (std::memcmp(section.Name, ".eh_fram", sizeof section.Name) == 0)
+        if (holds_unwind_tables(section))
             __register_frame_info(reinterpret_cast<const std::byte*>(&__ImageBase) + section.VirtualAddress, entry);
     }
     return can_unwind();

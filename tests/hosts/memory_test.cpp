@@ -60,7 +60,6 @@ const Import imports[]{
     {"realloc", reinterpret_cast<const void*>(&realloc_in_shortage)},
     {"SysAllocStringLen", empty<SysAllocStringLen>},
     {"SafeArrayCreate", empty<SafeArrayCreate>},
-    {"SafeArrayCreateVector", empty<SafeArrayCreateVector>},
     {"SafeArrayCopy", failing<SafeArrayCopy>},
     {"SafeArrayRedim", failing<SafeArrayRedim>},
     {"CreateErrorInfo", failing<CreateErrorInfo>},
