@@ -63,8 +63,10 @@ bool move(const Handle& file, const std::wstring& target, bool replaces) noexcep
 {
     const std::size_t size = sizeof(FILE_RENAME_INFO) + target.size() * sizeof(wchar_t);
     const std::unique_ptr<char[]> memory{new (std::nothrow) char[size]()};
-    if (!memory)
+    if (!memory) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return false;
+    }
     auto* const information = reinterpret_cast<FILE_RENAME_INFO*>(memory.get());
     information->ReplaceIfExists = replaces;
     information->FileNameLength = static_cast<DWORD>(target.size() * sizeof(wchar_t));
@@ -155,10 +157,12 @@ void BinaryFile::move_former_away()
 /// The new one steps aside before it is deleted: someone who looks at its attributes would keep its name in use.
 void BinaryFile::put_former_back() noexcept
 {
-    move(file_, name_of_new_, false);
+    const bool is_aside = move(file_, name_of_new_, false);
+    set_deletion(file_, true);
+    if (!is_aside) // for want of memory: then its name is free when it is gone
+        file_.close();
     if (!name_of_former_.empty())
         MoveFileExW(name_of_former_.c_str(), path_.c_str(), 0);
-    set_deletion(file_, true);
     file_.close();
     name_of_new_.clear();
 }
