@@ -2,6 +2,7 @@
 
 #include "automation/border.h"
 #include "automation/module.h"
+#include "automation/registry.h"
 #include "automation/type_library.h"
 
 #include <array>
@@ -19,30 +20,6 @@ struct Entry {
     std::wstring key;
     std::wstring name;
     std::wstring text;
-};
-
-void check_registry(LSTATUS status)
-{
-    if (status != ERROR_SUCCESS)
-        check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
-}
-
-class Key {
-public:
-    Key() noexcept = default;
-    ~Key()
-    {
-        if (key_)
-            RegCloseKey(key_);
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-
-    HKEY* put() noexcept { return &key_; }
-    HKEY get() const noexcept { return key_; }
-
-private:
-    HKEY key_ = nullptr;
 };
 
 std::wstring text_of(REFGUID guid)
@@ -112,34 +89,19 @@ std::vector<Entry> own_entries(const Library& library)
 
 void write(const Entry& entry)
 {
-    Key key;
-    check_registry(RegCreateKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.put(), nullptr));
-    const auto size = static_cast<DWORD>((entry.text.size() + 1) * sizeof(wchar_t));
-    check_registry(RegSetValueExW(key.get(), entry.name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()), size));
-}
-
-LSTATUS unless_missing(LSTATUS status) noexcept
-{
-    return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND ? ERROR_SUCCESS : status;
+    RegistryKey::create(HKEY_CLASSES_ROOT, entry.key).set_text(entry.name, entry.text);
 }
 
 /// Removes a value, and its key if nothing else is left there: what others wrote beside it stays. That it is not there is
 /// no failure.
-LSTATUS remove(const Entry& entry) noexcept
+void remove(const Entry& entry)
 {
-    Key key;
-    LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, entry.key.c_str(), 0, KEY_SET_VALUE | KEY_QUERY_VALUE, key.put());
-    if (status != ERROR_SUCCESS)
-        return unless_missing(status);
-    status = unless_missing(RegDeleteValueW(key.get(), entry.name.c_str()));
-    if (status != ERROR_SUCCESS)
-        return status;
-    DWORD keys = 0, values = 0;
-    status = RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
-                              nullptr);
-    if (status != ERROR_SUCCESS || keys != 0 || values != 0)
-        return status;
-    return unless_missing(RegDeleteKeyW(HKEY_CLASSES_ROOT, entry.key.c_str()));
+    const auto key = RegistryKey::open(HKEY_CLASSES_ROOT, entry.key, KEY_SET_VALUE | KEY_QUERY_VALUE);
+    if (!key)
+        return;
+    key->remove(entry.name);
+    if (key->is_empty())
+        remove_registry_key(HKEY_CLASSES_ROOT, entry.key);
 }
 
 /// What the platform writes for an interface that clients in other apartments call through the type library.
@@ -175,25 +137,25 @@ std::vector<Entry> library_entries(const Library& library)
     return entries;
 }
 
-/// Removes what can be removed; the first failure.
-LSTATUS remove_all(const std::vector<Entry>& entries) noexcept
+/// Removes what can be removed; gives the first failure.
+HRESULT remove_all(const std::vector<Entry>& entries) noexcept
 {
-    LSTATUS first = ERROR_SUCCESS;
+    HRESULT first = S_OK;
     for (const Entry& entry : entries | std::views::reverse) {
-        const LSTATUS status = remove(entry);
-        if (first == ERROR_SUCCESS)
-            first = status;
+        const HRESULT result = answer([&] { remove(entry); });
+        if (SUCCEEDED(first))
+            first = result;
     }
     return first;
 }
 
-LSTATUS unregister(const Library& library)
+HRESULT unregister(const Library& library)
 {
     // It fails for a library that is not there as it does without the right; what it leaves is met below.
     UnRegisterTypeLib(library.id, library.major, library.minor, library.locale, SYS_WIN32);
-    const LSTATUS own = remove_all(own_entries(library));
-    const LSTATUS rest = remove_all(library_entries(library));
-    return own != ERROR_SUCCESS ? own : rest;
+    const HRESULT own = remove_all(own_entries(library));
+    const HRESULT rest = remove_all(library_entries(library));
+    return FAILED(own) ? own : rest;
 }
 
 } // namespace
@@ -216,7 +178,7 @@ HRESULT register_server(const Library& library) noexcept
 
 HRESULT unregister_server(const Library& library) noexcept
 {
-    return answer([&] { check_registry(unregister(library)); });
+    return answer_code([&] { return unregister(library); });
 }
 
 } // namespace automation

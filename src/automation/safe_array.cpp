@@ -17,42 +17,6 @@ Variant owner_of(SAFEARRAY* array, VARTYPE type) noexcept
     return owner;
 }
 
-/// The size of an element in an array; 0 for types that are no values.
-std::size_t size_of(VARTYPE type) noexcept
-{
-    switch (type) {
-    case VT_I1:
-    case VT_UI1:
-        return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-        return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-        return 4;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-        return 8;
-    case VT_BSTR:
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-        return sizeof(void*);
-    case VT_DECIMAL:
-    case VT_VARIANT:
-        return 16;
-    default:
-        return 0;
-    }
-}
-
 /// How many elements there are within these bounds. Raises 7 when they take more than so many bytes.
 std::size_t count_within(std::span<const SAFEARRAYBOUND> bounds, std::size_t element_size, std::uint64_t most_bytes)
 {
@@ -153,7 +117,7 @@ SAFEARRAY& readable_array(const VARIANT& value)
         throw Error{Runtime::SubscriptOutOfRange};
     const VARTYPE labelled = element_type(value), own = own_type(**array);
     const bool is_labelled_rightly = own == VT_EMPTY || is_readable_as(own, labelled);
-    if (size_of(labelled) == 0 || size_of(labelled) != (*array)->cbElements || !is_labelled_rightly)
+    if (size_of_value(labelled) == 0 || size_of_value(labelled) != (*array)->cbElements || !is_labelled_rightly)
         throw Error{Runtime::TypeMismatch};
     element_count(**array);
     return **array;
@@ -194,7 +158,7 @@ void assign(SAFEARRAY** target, Variant value)
 Variant new_array(VARTYPE type, std::span<const SAFEARRAYBOUND> bounds)
 {
     constexpr auto most_bytes = static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max());
-    count_within(bounds, std::max<std::size_t>(size_of(type), 1), most_bytes);
+    count_within(bounds, std::max<std::size_t>(size_of_value(type), 1), most_bytes);
     auto* const first = const_cast<SAFEARRAYBOUND*>(bounds.data()); // which the platform reads only
     SAFEARRAY* const array = SafeArrayCreate(type, static_cast<UINT>(bounds.size()), first);
     if (!array)
@@ -214,7 +178,7 @@ Variant array_of_type(SAFEARRAY* array, VARTYPE type)
         return owner_of(nullptr, type);
     element_count(*array);
     const VARTYPE source_type = own_type(*array);
-    if (size_of(source_type) == 0 || size_of(source_type) != array->cbElements)
+    if (size_of_value(source_type) == 0 || size_of_value(source_type) != array->cbElements)
         throw Error{Runtime::TypeMismatch};
     if (source_type == type) {
         SAFEARRAY* copy = nullptr;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "automation/handle.h"
+
 #include <windows.h>
 
 #include <cstddef>
@@ -15,29 +17,7 @@ namespace files {
 /// 57 for a device that fails, 7 for too little memory.
 [[noreturn]] void raise_file_error(DWORD code);
 
-/// Owns a file handle.
-class Handle {
-public:
-    explicit Handle(HANDLE handle = INVALID_HANDLE_VALUE) noexcept : handle_{handle} {}
-    Handle(Handle&& other) noexcept : handle_{std::exchange(other.handle_, INVALID_HANDLE_VALUE)} {}
-    Handle& operator=(Handle other) noexcept
-    {
-        std::swap(handle_, other.handle_);
-        return *this;
-    }
-    ~Handle() { close(); }
-
-    HANDLE get() const noexcept { return handle_; }
-    explicit operator bool() const noexcept { return handle_ != INVALID_HANDLE_VALUE; }
-    void close() noexcept
-    {
-        if (handle_ != INVALID_HANDLE_VALUE)
-            CloseHandle(std::exchange(handle_, INVALID_HANDLE_VALUE));
-    }
-
-private:
-    HANDLE handle_;
-};
+using Handle = automation::FileHandle;
 
 /// The path as the platform takes it. Raises 52 for one that holds a NUL.
 std::wstring checked(std::wstring_view path);

@@ -38,21 +38,15 @@ FolderSearch::FolderSearch(std::wstring_view pattern, long admitted) : admitted_
     if (path.back() == L'\\')
         path += L"*.*";
     const NoDiskRequests quiet;
-    search_ = FindFirstFileW(path.c_str(), &found_);
-    failed_ = search_ == INVALID_HANDLE_VALUE && !means_nothing_found(GetLastError());
-}
-
-FolderSearch::~FolderSearch()
-{
-    if (search_ != INVALID_HANDLE_VALUE)
-        FindClose(search_);
+    search_ = automation::SearchHandle{FindFirstFileW(path.c_str(), &found_)};
+    failed_ = !search_ && !means_nothing_found(GetLastError());
 }
 
 bool FolderSearch::next() noexcept
 {
-    if (search_ == INVALID_HANDLE_VALUE)
+    if (!search_)
         return false;
-    while (std::exchange(at_first_, false) || FindNextFileW(search_, &found_))
+    while (std::exchange(at_first_, false) || FindNextFileW(search_.get(), &found_))
         if (admits(admitted_, found_.dwFileAttributes))
             return true;
     failed_ = !means_nothing_found(GetLastError());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "automation/handle.h"
+
 #include <windows.h>
 
 #include <string>
@@ -32,7 +34,6 @@ public:
     FolderSearch(std::wstring_view pattern, long admitted);
     FolderSearch(const FolderSearch&) = delete;
     FolderSearch& operator=(const FolderSearch&) = delete;
-    ~FolderSearch();
 
     /// Goes to the first or the next entry; false when there is none.
     bool next() noexcept;
@@ -49,7 +50,7 @@ public:
 private:
     long admitted_;
     WIN32_FIND_DATAW found_;
-    HANDLE search_ = INVALID_HANDLE_VALUE;
+    automation::SearchHandle search_;
     bool failed_ = false;
     bool at_first_ = true;
 };

@@ -84,15 +84,11 @@ bool is_former(std::wstring_view path) noexcept
 bool Patience::is_being_replaced() const
 {
     WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW((stem_beside(path_) + L"*" + new_content).c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
-        return false;
-    bool is = false;
-    do
-        is = file_name(own_) != found.cFileName && !is_abandoned(found);
-    while (!is && FindNextFileW(search, &found));
-    FindClose(search);
-    return is;
+    const automation::SearchHandle search{FindFirstFileW((stem_beside(path_) + L"*" + new_content).c_str(), &found)};
+    for (bool more{search}; more; more = FindNextFileW(search.get(), &found))
+        if (file_name(own_) != found.cFileName && !is_abandoned(found))
+            return true;
+    return false;
 }
 
 /// The file beside may have come and gone since the failure: then there is nothing to wait for, but to try again.

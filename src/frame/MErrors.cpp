@@ -1,13 +1,12 @@
 #include "frame/MErrors.h"
 
-#include "automation/code_page.h"
+#include "automation/ansi_call.h"
 #include "automation/error.h"
 #include "automation/floating_control.h"
 #include "automation/module.h"
 #include "automation/thread_state.h"
 #include "frame/messages.h"
 
-#include <array>
 #include <limits>
 
 namespace MErrors {
@@ -39,10 +38,10 @@ void set_language(std::int32_t chosen)
 
 std::wstring GetSystemErrorText(std::int32_t code)
 {
-    std::array<char, 256> buffer;
-    const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                        static_cast<DWORD>(code), 0, buffer.data(), buffer.size(), nullptr);
-    return automation::decode({buffer.data(), length});
+    return automation::ansi_result<256>([&](char* buffer, DWORD size) {
+        return FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, static_cast<DWORD>(code), 0,
+                              buffer, size, nullptr);
+    });
 }
 
 void RaiseWindowsError(std::int32_t code)
