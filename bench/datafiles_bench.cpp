@@ -89,7 +89,8 @@ void large_matrix()
     std::mt19937 random{1};
     for (double& element : LockedArray<double>{matrix.parray})
         element = random();
-    const auto file = make<qvFile_qvb>();
+    const auto object = make<qvFile_qvb>();
+    _qvFile_qvb* const file = object->face<_qvFile_qvb>();
     file->put_File(paths.ours.get());
     file->put_LBoundAll(1);
     SAFEARRAY* array = matrix.parray;
@@ -132,7 +133,8 @@ void variants(const char* what, long output_type, bool whole_numbers)
     long next = 0;
     for (VARIANT& value : values)
         value = (whole_numbers ? Variant{next++ % 30'000} : Variant{0.25 * static_cast<double>(next++ % 30'000)}).release();
-    const auto file = make<qvFile_qvb>();
+    const auto object = make<qvFile_qvb>();
+    _qvFile_qvb* const file = object->face<_qvFile_qvb>();
     file->put_File(paths.ours.get());
 
     Best write, plain_write;
@@ -169,7 +171,8 @@ void table_of_text(const char* what, double (*next_value)(std::mt19937_64&))
     constexpr long objects = 1000, columns = 1000;
     const Files paths;
     std::mt19937_64 random{1};
-    const auto file = make<qvFile_Nif>();
+    const auto object = make<qvFile_Nif>();
+    _qvFile_Nif* const file = object->face<_qvFile_Nif>();
     require(file->SetSize(objects, columns));
     std::vector<double> numbers;
     for (long i = 1; i <= objects; ++i) {

@@ -121,12 +121,13 @@ struct List {
     /// The time of finding this many of them, `stride` apart; an object comes and goes each time.
     void find(Best& best, unsigned calls, unsigned stride) const
     {
+        _qvIniSections* const list = object->face<_qvIniSections>();
         best.take([&] {
             unsigned place = 0;
             for (unsigned call = 0; call < calls; ++call) {
                 place = (place + stride) % static_cast<unsigned>(keys.size());
                 _qvIniSection* found = nullptr;
-                object->get_Item(keys[place], &found);
+                list->get_Item(keys[place], &found);
                 found->Release();
             }
         });

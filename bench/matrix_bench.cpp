@@ -255,12 +255,13 @@ void compare_with_plain_averages(_qvMath& math)
 int main()
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    const auto math = automation::make<qvMath>();
-    compare_with_eigen(*math, 512);
-    compare_with_platform(*math);
-    compare_with_variants(*math);
-    compare_sizes(*math);
-    compare_with_copy(*math, 2000);
-    compare_with_copy(*math, 2048);
-    compare_with_plain_averages(*math);
+    const auto object = automation::make<qvMath>();
+    _qvMath& math = *object->face<_qvMath>();
+    compare_with_eigen(math, 512);
+    compare_with_platform(math);
+    compare_with_variants(math);
+    compare_sizes(math);
+    compare_with_copy(math, 2000);
+    compare_with_copy(math, 2048);
+    compare_with_plain_averages(math);
 }

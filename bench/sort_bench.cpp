@@ -113,7 +113,8 @@ void print_mixture(_qvCommon& common, const char* name, const std::vector<double
 int main()
 {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    const auto common = automation::make<qvCommon>();
+    const auto object = automation::make<qvCommon>();
+    _qvCommon& common = *object->face<_qvCommon>();
     const std::vector<double> doubles = random_numbers(1000000, 1e6);
     std::mt19937 random{1};
     std::vector<LONG> longs(1000000);
@@ -125,11 +126,11 @@ int main()
         return Text{text};
     });
 
-    std::printf("1,000,000 Doubles:            %.2f of std::stable_sort (bar 1.5)\n", ratio(*common, VT_R8, doubles));
-    std::printf("1,000,000 Longs:              %.2f of std::stable_sort (bar 1.5)\n", ratio(*common, VT_I4, longs));
+    std::printf("1,000,000 Doubles:            %.2f of std::stable_sort (bar 1.5)\n", ratio(common, VT_R8, doubles));
+    std::printf("1,000,000 Longs:              %.2f of std::stable_sort (bar 1.5)\n", ratio(common, VT_I4, longs));
     std::printf("200,000 texts:                %.2f of std::stable_sort with the same comparison (bar 1.5)\n",
-                ratio_of_texts(*common, texts));
-    std::printf("1,000,000 variants of Double: %.2f of std::stable_sort of Doubles\n", ratio_of_variants(*common, doubles, {VT_R8}));
+                ratio_of_texts(common, texts));
+    std::printf("1,000,000 variants of Double: %.2f of std::stable_sort of Doubles\n", ratio_of_variants(common, doubles, {VT_R8}));
 
     const std::vector<double> some = random_numbers(100000, 1e5);
     std::vector<double> tenths(some.size());
@@ -137,9 +138,9 @@ int main()
     std::vector<VARTYPE> mostly_double(1000, VT_R8);
     mostly_double[0] = VT_EMPTY;
     std::puts("100,000 variants:");
-    print_mixture(*common, "  Doubles and some Empty:", some, mostly_double);
-    print_mixture(*common, "  Currency and whole numbers:", some, {VT_CY, VT_I4, VT_I2, VT_UI1, VT_BOOL});
-    print_mixture(*common, "  Currency and Doubles:", some, {VT_CY, VT_R8});
-    print_mixture(*common, "  tenths, Single and Double:", tenths, {VT_R4, VT_R8});
-    print_mixture(*common, "  all number types:", some, {VT_EMPTY, VT_BOOL, VT_UI1, VT_I2, VT_I4, VT_R4, VT_R8, VT_DATE, VT_CY});
+    print_mixture(common, "  Doubles and some Empty:", some, mostly_double);
+    print_mixture(common, "  Currency and whole numbers:", some, {VT_CY, VT_I4, VT_I2, VT_UI1, VT_BOOL});
+    print_mixture(common, "  Currency and Doubles:", some, {VT_CY, VT_R8});
+    print_mixture(common, "  tenths, Single and Double:", tenths, {VT_R4, VT_R8});
+    print_mixture(common, "  all number types:", some, {VT_EMPTY, VT_BOOL, VT_UI1, VT_I2, VT_I4, VT_R4, VT_R8, VT_DATE, VT_CY});
 }

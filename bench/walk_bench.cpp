@@ -112,7 +112,7 @@ struct Objects {
 void walk(qvFile& object, std::wstring_view folder, std::wstring_view pattern)
 {
     BSTR path = automation::Text{folder}.release();
-    object.WalkDirTree(&path, automation::Text{pattern}.get(), dwWalkDirNormal, 0);
+    object.face<_qvFile>()->WalkDirTree(&path, automation::Text{pattern}.get(), dwWalkDirNormal, 0);
     SysFreeString(path);
 }
 

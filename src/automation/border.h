@@ -48,8 +48,10 @@ void store(Number* result, std::type_identity_t<Number> value) noexcept
 template <class Interface, class Object>
 void store(Interface** result, Ref<Object> value) noexcept
 {
-    *result = value.release();
+    *result = Ref<Interface>{std::move(value)}.release();
 }
+/// An array.
+inline void store(SAFEARRAY** result, Variant value) noexcept { *result = value.vt & VT_ARRAY ? value.release().parray : nullptr; }
 
 /// The body of a function of an interface that chooses its result code itself: what `rule` returns, or its exception's. All
 /// that can raise an exception or calculate runs inside of it, in the library's floating-point modes.
@@ -88,6 +90,31 @@ HRESULT answer(Rule&& rule) noexcept
         rule();
         return S_OK;
     });
+}
+
+/// The body of a function that the platform calls back, a window procedure or an enumeration's: what `rule` returns, or
+/// `otherwise` when it raises, or no memory is left to call it. `kept` stays alive meanwhile, whatever the client does.
+template <class Object, class Result, class Rule>
+Result answer_callback([[maybe_unused]] const Ref<Object> kept, Result otherwise, Rule&& rule) noexcept
+{
+    ThreadState* const thread = ThreadState::find_or_make();
+    if (!thread)
+        return otherwise;
+    const CalculatesQuietly quietly{*thread};
+    try {
+        return rule();
+    } catch (...) {
+        return otherwise;
+    }
+}
+
+/// For members that never raise: what `rule` returns, or nothing, false, 0, an empty text when it fails.
+template <class Rule>
+auto or_default(Rule&& rule) noexcept -> decltype(rule())
+try {
+    return rule();
+} catch (...) {
+    return decltype(rule())();
 }
 
 } // namespace automation

@@ -31,60 +31,44 @@ std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept
     return std::nullopt;
 }
 
-HRESULT STDMETHODCALLTYPE Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept
+void Collection::Add(const VARIANT& Item, const VARIANT& Key, const VARIANT& Before, const VARIANT& After)
 {
-    return answer([&] {
-        if (!is_missing(Before) && !is_missing(After))
+    if (!is_missing(Before) && !is_missing(After))
+        throw Error{Runtime::InvalidCall};
+    const bool keyed = !is_missing(Key);
+    const std::optional<std::wstring_view> key = keyed ? key_from(Key) : std::nullopt;
+    if (keyed && !key)
+        throw Error{Runtime::TypeMismatch};
+    // Owned before an object is asked for the number that it stands for.
+    Variant item{followed(Item)};
+    const std::wstring own_key{key.value_or(std::wstring_view{})};
+    const std::size_t position = !is_missing(Before) ? position_of(Before)
+                               : !is_missing(After)  ? position_of(After) + 1
+                                                     : entries_.size();
+    insert(position, std::move(item), own_key);
+}
+
+Variant Collection::get_Item(const VARIANT& Index)
+{
+    if (const auto key = key_from(Index)) {
+        const auto found = by_key_.find(*key);
+        if (found == by_key_.end())
             throw Error{Runtime::InvalidCall};
-        const bool keyed = !is_missing(Key);
-        const std::optional<std::wstring_view> key = keyed ? key_from(Key) : std::nullopt;
-        if (keyed && !key)
-            throw Error{Runtime::TypeMismatch};
-        // Owned before an object is asked for the number that it stands for.
-        Variant item{followed(Item)};
-        const std::wstring own_key{key.value_or(std::wstring_view{})};
-        const std::size_t position = !is_missing(Before) ? position_of(Before)
-                                   : !is_missing(After)  ? position_of(After) + 1
-                                                         : entries_.size();
-        insert(position, std::move(item), own_key);
-    });
+        return found->second->value;
+    }
+    const long number = number_from(Index); // which may change the list
+    return entries_[position_from(number, entries_.size())]->value;
 }
 
-HRESULT STDMETHODCALLTYPE Collection::get_Item(VARIANT Index, VARIANT* result) noexcept
+void Collection::Remove(const VARIANT& Index)
 {
-    return answer(result, [&] {
-        if (const auto key = key_from(Index)) {
-            const auto found = by_key_.find(*key);
-            if (found == by_key_.end())
-                throw Error{Runtime::InvalidCall};
-            return found->second->value;
-        }
-        const long number = number_from(Index); // which may change the list
-        return entries_[position_from(number, entries_.size())]->value;
-    });
-}
-
-HRESULT STDMETHODCALLTYPE Collection::Remove(VARIANT Index) noexcept
-{
-    return answer([&] {
-        const std::size_t position = position_of(Index);
-        // The value goes last: letting go of an object may run code that comes back here.
-        const std::unique_ptr<Entry> removed = std::move(entries_[position]);
-        entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
-        if (!removed->key.empty())
-            by_key_.erase(removed->key);
-        cursors_.removed(position);
-    });
-}
-
-HRESULT STDMETHODCALLTYPE Collection::get_Count(long* result) noexcept
-{
-    return answer(result, [&] { return static_cast<long>(entries_.size()); });
-}
-
-HRESULT STDMETHODCALLTYPE Collection::get_NewEnum(IUnknown** result) noexcept
-{
-    return answer(result, [&] { return make_enumerator(*unknown(), *this); });
+    const std::size_t position = position_of(Index);
+    // The value goes last: letting go of an object may run code that comes back here.
+    const std::unique_ptr<Entry> removed = std::move(entries_[position]);
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+    if (!removed->key.empty())
+        by_key_.erase(removed->key);
+    cursors_.removed(position);
 }
 
 void Collection::add(Variant value, std::wstring_view key)

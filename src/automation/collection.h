@@ -21,13 +21,13 @@ namespace automation {
 
 /// An ordered list of values, counted from 1, some with a key that is found in any case. A missing key raises 5, a
 /// position outside the list 9, a key that is there already 457.
-class Collection final : public Object<Collection, _Collection>, private Sequence {
+class Collection final : public Object<Collection, faces::Collection>, private Sequence {
 public:
-    HRESULT STDMETHODCALLTYPE Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Item(VARIANT Index, VARIANT* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE Remove(VARIANT Index) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Count(long* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** result) noexcept override;
+    void Add(const VARIANT& Item, const VARIANT& Key, const VARIANT& Before, const VARIANT& After);
+    Variant get_Item(const VARIANT& Index);
+    void Remove(const VARIANT& Index);
+    long get_Count() { return static_cast<long>(entries_.size()); }
+    Ref<IUnknown> get_NewEnum() { return make_enumerator(*unknown(), *this); }
 
     /// Adds a value at the end, for the library's own use.
     void add(Variant value, std::wstring_view key = {});

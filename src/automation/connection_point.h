@@ -43,6 +43,37 @@ private:
     DWORD last_cookie_ = 0;
 };
 
+/// An argument of an event: lent for the call, by value.
+inline VARIANT argument(const Text& text) noexcept
+{
+    VARIANT value;
+    value.vt = VT_BSTR;
+    value.bstrVal = text.get();
+    return value;
+}
+inline VARIANT argument(long number) noexcept
+{
+    VARIANT value;
+    value.vt = VT_I4;
+    value.lVal = number;
+    return value;
+}
+/// An argument of an event that its handlers may change.
+inline VARIANT by_reference(long& number) noexcept
+{
+    VARIANT value;
+    value.vt = VT_BYREF | VT_I4;
+    value.plVal = &number;
+    return value;
+}
+inline VARIANT by_reference(VARIANT_BOOL& flag) noexcept
+{
+    VARIANT value;
+    value.vt = VT_BYREF | VT_BOOL;
+    value.pboolVal = &flag;
+    return value;
+}
+
 /// What the connection point of an object is found through: an interface of that object, in which it lives.
 class ConnectionPointContainer final : public IConnectionPointContainer {
 public:
@@ -68,16 +99,17 @@ private:
 /// An object that raises the events of the dispinterface `Events`. `Base` is its `Object<...>`.
 template <class Base, class Events>
 class WithEvents : public Base {
-protected:
-    void* find_more(REFIID iid) noexcept override
+public:
+    const IID* events_identifier() const noexcept { return &__uuidof(Events); }
+    void* find_more(REFIID iid) noexcept
     {
         return iid == IID_IConnectionPointContainer ? static_cast<IConnectionPointContainer*>(&container_) : nullptr;
     }
+
+protected:
     const ConnectionPoint& events() const noexcept { return container_.point(); }
 
 private:
-    const IID* events_identifier() const noexcept final { return &__uuidof(Events); }
-
     ConnectionPointContainer container_{*this->unknown(), __uuidof(Events)};
 };
 

@@ -2,25 +2,6 @@
 
 namespace automation {
 
-HRESULT STDMETHODCALLTYPE ClassInformation::GetClassInfo(ITypeInfo** info) noexcept
-{
-    return answer(info, [&] { return type_info(id_); });
-}
-
-HRESULT STDMETHODCALLTYPE ClassInformation::GetGUID(DWORD kind, GUID* guid) noexcept
-{
-    if (!guid)
-        return E_POINTER;
-    *guid = GUID_NULL;
-    if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID)
-        return E_INVALIDARG;
-    const IID* const events = events_identifier();
-    if (!events)
-        return E_FAIL;
-    *guid = *events;
-    return S_OK;
-}
-
 IID Mark::identifier() noexcept
 {
     static const char here = 0;

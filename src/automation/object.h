@@ -1,76 +1,56 @@
 #pragma once
 
-#include "automation/border.h"
-#include "automation/late_bound.h"
+#include "automation/face.h"
 #include "automation/module.h"
-#include "automation/type_library.h"
 
-#include <oaidl.h>
 #include <ocidl.h>
 
 #include <atomic>
+#include <concepts>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
-/// What every automation object is made of. A class names itself and its interfaces, the default one first,
+/// What every automation object is made of. A class names itself and its faces, the default one first,
 ///
-///     class qvIniFile final : public automation::Object<qvIniFile, _qvIniFile, _qvIniSection> { ... };
+///     class qvIniFile final : public automation::Object<qvIniFile, faces::qvIniFile, faces::qvIniSection> { ... };
 ///
-/// and implements their members; everything else is here. Objects are made with `make<qvIniFile>()`.
+/// and has a plain function for each of their members; everything else is here. Objects are made with `make<qvIniFile>()`.
 namespace automation {
 
-/// The late-bound half of a dual interface.
-template <class Face>
-class Dual : public Face {
+/// Whether a client may learn more of an error from this object, by interface; always.
+template <class Object>
+class ErrorSupport final : public Part<Object, ISupportErrorInfo> {
 public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept final
+    using Part<Object, ISupportErrorInfo>::Part;
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept final
     {
-        if (!count)
-            return E_POINTER;
-        *count = 1;
-        return S_OK;
+        return this->object().find_face(iid) ? S_OK : S_FALSE;
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept final
-    {
-        if (info && index != 0) {
-            *info = nullptr;
-            return DISP_E_BADINDEX;
-        }
-        return answer(info, [] { return type_info(__uuidof(Face)); });
-    }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept final
-    {
-        return answer_code([&] {
-            return reserved == IID_NULL ? late_bound::find_names(contract, names, count, ids) : DISP_E_UNKNOWNINTERFACE;
-        });
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
-                                     VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) noexcept final
-    {
-        return answer_code([&] {
-            return late_bound::invoke(static_cast<Face*>(this), contract, id, reserved, locale, flags, arguments, result,
-                                      exception, bad_argument);
-        });
-    }
-
-protected:
-    static constexpr const Interface& contract = Contracted<Face>::description;
 };
 
 /// What an object says of its class.
-class ClassInformation : public IProvideClassInfo2 {
+template <class Object>
+class ClassInformation final : public Part<Object, IProvideClassInfo2> {
 public:
-    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept final;
-    HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) noexcept final;
-
-protected:
-    explicit ClassInformation(REFCLSID id) noexcept : id_{id} {}
-    ~ClassInformation() = default;
-
-private:
-    /// The interface of its events; null when it has none.
-    virtual const IID* events_identifier() const noexcept { return nullptr; }
-
-    const CLSID& id_;
+    using Part<Object, IProvideClassInfo2>::Part;
+    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept final
+    {
+        return answer(info, [] { return type_info(__uuidof(Object)); });
+    }
+    HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) noexcept final
+    {
+        if (!guid)
+            return E_POINTER;
+        *guid = GUID_NULL;
+        if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID)
+            return E_INVALIDARG;
+        const IID* const events = this->object().events_identifier();
+        if (!events)
+            return E_FAIL;
+        *guid = *events;
+        return S_OK;
+    }
 };
 
 /// How an object of this library is known from within: by an interface that is none but its own. A foreign object may answer
@@ -100,25 +80,35 @@ private:
 template <class Derived>
 inline constexpr char kind_of = 0;
 
-template <class Derived, class Default, class... More>
-class Object : public Dual<Default>, public Dual<More>..., public ISupportErrorInfo, public ClassInformation {
+template <class Derived, template <class> class... Faces>
+class Object {
 public:
-    Object() noexcept : ClassInformation{__uuidof(Derived)} { module::hold(); }
+    Object() noexcept { module::hold(); }
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
     /// The object as any client knows it.
-    IUnknown* unknown() noexcept { return static_cast<Default*>(this); }
+    IUnknown* unknown() noexcept { return &std::get<0>(faces_); }
+    /// One of its interfaces.
+    template <class Interface>
+        requires(std::same_as<Interface, IDispatch> || (std::same_as<Interface, typename Faces<Derived>::Interface> || ...))
+    Interface* face() noexcept
+    {
+        if constexpr (std::same_as<Interface, IDispatch>)
+            return &std::get<0>(faces_);
+        else
+            return static_cast<Interface*>(find_face(__uuidof(Interface)));
+    }
 
-    ULONG STDMETHODCALLTYPE AddRef() noexcept final { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() noexcept final
+    ULONG AddRef() noexcept { return ++references_; }
+    ULONG Release() noexcept
     {
         const ULONG left = --references_;
         if (left == 0)
-            delete static_cast<Derived*>(this);
+            delete &derived();
         return left;
     }
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept final
+    HRESULT QueryInterface(REFIID iid, void** object) noexcept
     {
         if (!object)
             return E_POINTER;
@@ -128,42 +118,48 @@ public:
         AddRef();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept final { return find_face(iid) ? S_OK : S_FALSE; }
-
-protected:
-    virtual ~Object() { module::let_go(); }
-    /// Further interfaces of a class; null for those it does not have.
-    virtual void* find_more(REFIID) noexcept { return nullptr; }
-
-private:
-    template <class Face>
-    void* as(REFIID iid) noexcept
-    {
-        const bool known = iid == __uuidof(Face) || Contracted<Face>::description.was(iid);
-        return known ? static_cast<Face*>(this) : nullptr;
-    }
+    /// The face that has this identifier, or had it in an earlier release; null for none.
     void* find_face(REFIID iid) noexcept
     {
-        void* found = as<Default>(iid);
-        (void)(found || ... || ((found = as<More>(iid)) != nullptr));
+        void* found = nullptr;
+        const auto look = [&](auto& face) {
+            using Interface = typename std::remove_reference_t<decltype(face)>::Interface;
+            if (iid == __uuidof(Interface) || face.contract.was(iid))
+                found = static_cast<Interface*>(&face);
+            return found != nullptr;
+        };
+        std::apply([&](auto&... face) { (void)(look(face) || ...); }, faces_);
         return found;
     }
+    /// The interface of its events; null when it has none.
+    const IID* events_identifier() const noexcept { return nullptr; }
+
+protected:
+    ~Object() { module::let_go(); }
+    /// Further interfaces of a class; null for those it does not have.
+    void* find_more(REFIID) noexcept { return nullptr; }
+
+private:
+    Derived& derived() noexcept { return static_cast<Derived&>(*this); }
     void* find(REFIID iid) noexcept
     {
         if (iid == IID_IUnknown || iid == IID_IDispatch)
-            return static_cast<Default*>(this);
+            return unknown();
         if (void* const face = find_face(iid))
             return face;
         if (iid == IID_ISupportErrorInfo)
-            return static_cast<ISupportErrorInfo*>(this);
+            return &error_support_;
         if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
-            return static_cast<IProvideClassInfo2*>(this);
+            return &class_information_;
         if (iid == Mark::identifier())
             return &mark_;
-        return find_more(iid);
+        return derived().find_more(iid);
     }
 
-    Mark mark_{unknown(), &kind_of<Derived>, static_cast<Derived*>(this)};
+    std::tuple<Faces<Derived>...> faces_{(static_cast<void>(sizeof(Faces<Derived>)), derived())...};
+    ErrorSupport<Derived> error_support_{derived()};
+    ClassInformation<Derived> class_information_{derived()};
+    Mark mark_{unknown(), &kind_of<Derived>, &derived()};
     std::atomic<ULONG> references_{1};
 };
 

@@ -145,14 +145,17 @@ void assign(VARIANT& target, Variant value)
     assign(inner.pparray, std::move(value));
 }
 
-void assign(SAFEARRAY** target, Variant value)
+void assign(SAFEARRAY*& target, Variant value)
 {
-    if (!target)
-        throw Error{Runtime::InvalidCall};
-    if (*target && ((*target)->cLocks > 0 || ((*target)->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE))))
-        throw Error{Runtime::ArrayLocked};
+    require_replaceable(target);
     // The former array goes last: letting go of its objects may run code that looks at the variable.
-    SafeArrayDestroy(std::exchange(*target, value.release().parray));
+    SafeArrayDestroy(std::exchange(target, value.release().parray));
+}
+
+void require_replaceable(const SAFEARRAY* array)
+{
+    if (array && (array->cLocks > 0 || (array->fFeatures & (FADF_STATIC | FADF_FIXEDSIZE))))
+        throw Error{Runtime::ArrayLocked};
 }
 
 Variant new_array(VARTYPE type, std::span<const SAFEARRAYBOUND> bounds)

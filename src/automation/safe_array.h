@@ -63,8 +63,12 @@ VARTYPE element_type(const VARIANT& value) noexcept;
 /// a value of another type, 10 when the array is fixed or locked, and then changes nothing.
 void assign(VARIANT& target, Variant value);
 
-/// The same for a typed array.
-void assign(SAFEARRAY** target, Variant value);
+/// The same for a typed array; 5 for a null pointer.
+void assign(SAFEARRAY*& target, Variant value);
+inline void assign(SAFEARRAY** target, Variant value) { assign(referred(target), std::move(value)); }
+
+/// Raises 10 for an array that is fixed or locked, in whose place no other may come.
+void require_replaceable(const SAFEARRAY* array);
 
 /// A new array whose elements are zero, empty or nothing. Its bounds stand from the first dimension on. Raises 7 when it is
 /// too large for memory. Every array that goes to a client is made here: the platform's own ways to make one let the number

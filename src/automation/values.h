@@ -59,6 +59,12 @@ private:
     BSTR text_ = nullptr;
 };
 
+/// An object of this library that has an interface as a part of it.
+template <class Object, class Interface>
+concept HasFace = requires(Object& object) {
+    { object.template face<Interface>() } -> std::same_as<Interface*>;
+};
+
 /// Owns a reference to an object.
 template <class Interface>
 class Ref {
@@ -82,6 +88,12 @@ public:
         requires std::convertible_to<Other*, Interface*>
     Ref(Ref<Other> other) noexcept : object_{other.release()}
     {
+    }
+    template <HasFace<Interface> Object>
+    Ref(Ref<Object> other) noexcept
+    {
+        if (Object* const object = other.release())
+            object_ = object->template face<Interface>();
     }
     Ref& operator=(Ref other) noexcept
     {

@@ -1,12 +1,7 @@
 #include "datafiles/CFileInfoHeader.h"
 
-#include "automation/code_page.h"
-
 #include <array>
 #include <string>
-
-using automation::answer;
-using automation::view;
 
 namespace {
 
@@ -45,61 +40,9 @@ CFileInfoHeader::CFileInfoHeader(std::int32_t version, std::string_view file_typ
     header_.file_type = file_type;
 }
 
-void CFileInfoHeader::load(DataFile& file)
+void CFileInfoHeader::put_FileType(std::wstring_view value)
 {
-    qvb::read(file, header_);
-}
-
-void CFileInfoHeader::save(DataFile& file) const
-{
-    file.write(qvb::bytes_of(header_));
-}
-
-HRESULT CFileInfoHeader::Load(long lFile) noexcept
-{
-    return answer([&] { load(DataFile::with_number(lFile)); });
-}
-
-HRESULT CFileInfoHeader::Save(long lFile) noexcept
-{
-    return answer([&] { save(DataFile::with_number(lFile)); });
-}
-
-HRESULT CFileInfoHeader::get_ID_NIF(BSTR* result) noexcept
-{
-    return answer(result, [] { return automation::decode(qvb::ID_NIF); });
-}
-
-HRESULT CFileInfoHeader::get_ID_QVD(BSTR* result) noexcept
-{
-    return answer(result, [] { return automation::decode(qvb::ID_QVD); });
-}
-
-HRESULT CFileInfoHeader::get_ID_QVB(BSTR* result) noexcept
-{
-    return answer(result, [] { return automation::decode(qvb::ID_QVB); });
-}
-
-HRESULT CFileInfoHeader::put_Version(long value) noexcept
-{
-    return answer([&] { header_.version = value; });
-}
-
-HRESULT CFileInfoHeader::get_Version(long* result) noexcept
-{
-    return answer(result, [&] { return header_.version; });
-}
-
-HRESULT CFileInfoHeader::put_FileType(BSTR value) noexcept
-{
-    return answer([&] {
-        std::string bytes;
-        automation::append_encoded(bytes, view(value));
-        header_.file_type = std::move(bytes);
-    });
-}
-
-HRESULT CFileInfoHeader::get_FileType(BSTR* result) noexcept
-{
-    return answer(result, [&] { return automation::decode(header_.file_type); });
+    std::string bytes;
+    automation::append_encoded(bytes, value);
+    header_.file_type = std::move(bytes);
 }

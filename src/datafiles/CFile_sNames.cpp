@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-using automation::answer;
 using automation::Error;
 using automation::LockedArray;
 using automation::Runtime;
@@ -42,29 +41,4 @@ void CFile_sNames::save(DataFile& file) const
     for (std::size_t i = 0; i < encoded.size(); ++i)
         automation::append_encoded(encoded[i], view(names[i]));
     file.write(qvb::bytes_of(encoded));
-}
-
-HRESULT CFile_sNames::get_Names(VARIANT* result) noexcept
-{
-    return answer(result, [&] { return names_; });
-}
-
-HRESULT CFile_sNames::put_Names(VARIANT value) noexcept
-{
-    return answer([&] { names_ = Variant{value}; });
-}
-
-HRESULT CFile_sNames::putref_Names(VARIANT value) noexcept
-{
-    return put_Names(value);
-}
-
-HRESULT CFile_sNames::Save(long lFile) noexcept
-{
-    return answer([&] { save(DataFile::with_number(lFile)); });
-}
-
-HRESULT CFile_sNames::Load(long lFile) noexcept
-{
-    return answer([&] { load(DataFile::with_number(lFile)); });
 }

@@ -10,7 +10,6 @@
 #include <memory>
 #include <string_view>
 
-using automation::answer;
 using automation::Error;
 using automation::LockedArray;
 using automation::Runtime;
@@ -126,7 +125,7 @@ void qvFile_Nif::choose_file(BSTR* sFile)
         replace(*sFile, file_name_);
 }
 
-void qvFile_Nif::set_size(std::int32_t m, std::int32_t n)
+void qvFile_Nif::SetSize(long m, long n)
 {
     nif::require_possible(m, n);
     SAFEARRAYBOUND bounds[]{{static_cast<ULONG>(m), 1}, {static_cast<ULONG>(n), 1}};
@@ -161,7 +160,7 @@ void qvFile_Nif::read(nif::Reader& reader)
         names_ = Variant{};
         raise_subscript();
     }
-    set_size(m_, n_);
+    SetSize(m_, n_);
     for (std::int32_t i = 1; i <= m_; ++i) {
         replace(name_at(names_, i), automation::decode(reader.read_name()));
         reader.read_values(n_, &value_at(values_, i, 1), distance_of_columns(values_));
@@ -203,99 +202,50 @@ void qvFile_Nif::save() const
     file.commit();
 }
 
-HRESULT qvFile_Nif::get_m(long* result) noexcept
+bool qvFile_Nif::Load(BSTR* sFile)
 {
-    return answer(result, [&] { return m_; });
+    choose_file(sFile);
+    const bool found = files::is_normal_file(file_name_);
+    if (found)
+        load();
+    return found;
 }
 
-HRESULT qvFile_Nif::get_n(long* result) noexcept
+bool qvFile_Nif::Save(BSTR* sFile)
 {
-    return answer(result, [&] { return n_; });
+    choose_file(sFile);
+    const bool named = !file_name_.empty();
+    if (named)
+        save();
+    return named;
 }
 
-HRESULT qvFile_Nif::put_Description(BSTR value) noexcept
+double qvFile_Nif::get_Value(long m, long n) const
 {
-    return answer([&] { description_ = view(value); });
+    return value_at(values_, m, n);
 }
 
-HRESULT qvFile_Nif::get_Description(BSTR* result) noexcept
+void qvFile_Nif::put_Value(long m, long n, double value)
 {
-    return answer(result, [&] { return std::wstring_view{description_}; });
+    value_at(values_, m, n) = value;
 }
 
-HRESULT qvFile_Nif::put_FileName(BSTR value) noexcept
+std::wstring_view qvFile_Nif::get_Name(long m) const
 {
-    return answer([&] { file_name_ = view(value); });
+    return view(name_at(names_, m));
 }
 
-HRESULT qvFile_Nif::get_FileName(BSTR* result) noexcept
+void qvFile_Nif::put_Name(long m, std::wstring_view value)
 {
-    return answer(result, [&] { return std::wstring_view{file_name_}; });
+    replace(name_at(names_, m), value);
 }
 
-HRESULT qvFile_Nif::Load(BSTR* sFile, VARIANT_BOOL* result) noexcept
+void qvFile_Nif::GetValues(SAFEARRAY*& d) const
 {
-    return answer(result, [&] {
-        choose_file(sFile);
-        const bool found = files::is_normal_file(file_name_);
-        if (found)
-            load();
-        return found;
-    });
+    automation::assign(d, automation::array_of_type(array_of(values_), VT_R8));
 }
 
-HRESULT qvFile_Nif::Save(BSTR* sFile, VARIANT_BOOL* result) noexcept
+void qvFile_Nif::GetNames(SAFEARRAY*& sNames) const
 {
-    return answer(result, [&] {
-        choose_file(sFile);
-        const bool named = !file_name_.empty();
-        if (named)
-            save();
-        return named;
-    });
-}
-
-HRESULT qvFile_Nif::get_Value(long m, long n, double* result) noexcept
-{
-    return answer(result, [&] { return value_at(values_, m, n); });
-}
-
-HRESULT qvFile_Nif::put_Value(long m, long n, double value) noexcept
-{
-    return answer([&] { value_at(values_, m, n) = value; });
-}
-
-HRESULT qvFile_Nif::get_Name(long m, BSTR* result) noexcept
-{
-    return answer(result, [&] { return view(name_at(names_, m)); });
-}
-
-HRESULT qvFile_Nif::put_Name(long m, BSTR value) noexcept
-{
-    return answer([&] { replace(name_at(names_, m), view(value)); });
-}
-
-HRESULT qvFile_Nif::GetValues(SAFEARRAY** d) noexcept
-{
-    return answer([&] { automation::assign(d, automation::array_of_type(array_of(values_), VT_R8)); });
-}
-
-HRESULT qvFile_Nif::GetNames(SAFEARRAY** sNames) noexcept
-{
-    return answer([&] { automation::assign(sNames, automation::array_of_type(array_of(names_), VT_BSTR)); });
-}
-
-HRESULT qvFile_Nif::SetValues(SAFEARRAY** d) noexcept
-{
-    return answer([&] { values_ = automation::array_of_type(d ? *d : nullptr, VT_R8); });
-}
-
-HRESULT qvFile_Nif::SetNames(SAFEARRAY** sNames) noexcept
-{
-    return answer([&] { names_ = automation::array_of_type(sNames ? *sNames : nullptr, VT_BSTR); });
-}
-
-HRESULT qvFile_Nif::SetSize(long m, long n) noexcept
-{
-    return answer([&] { set_size(m, n); });
+    automation::assign(sNames, automation::array_of_type(array_of(names_), VT_BSTR));
 }

@@ -13,25 +13,25 @@ class Reader;
 }
 
 /// A named table of numbers that is loaded from a NIF file and saved to one.
-class qvFile_Nif final : public automation::Object<qvFile_Nif, _qvFile_Nif> {
+class qvFile_Nif final : public automation::Object<qvFile_Nif, faces::qvFile_Nif> {
 public:
-    HRESULT STDMETHODCALLTYPE get_m(long* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_n(long* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Description(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Description(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_FileName(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_FileName(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE Load(BSTR* sFile, VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE Save(BSTR* sFile, VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Value(long m, long n, double* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Value(long m, long n, double value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Name(long m, BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Name(long m, BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE GetValues(SAFEARRAY** d) noexcept override;
-    HRESULT STDMETHODCALLTYPE GetNames(SAFEARRAY** sNames) noexcept override;
-    HRESULT STDMETHODCALLTYPE SetValues(SAFEARRAY** d) noexcept override;
-    HRESULT STDMETHODCALLTYPE SetNames(SAFEARRAY** sNames) noexcept override;
-    HRESULT STDMETHODCALLTYPE SetSize(long m, long n) noexcept override;
+    long get_m() const { return m_; }
+    long get_n() const { return n_; }
+    std::wstring_view get_Description() const { return description_; }
+    void put_Description(std::wstring_view value) { description_ = value; }
+    std::wstring_view get_FileName() const { return file_name_; }
+    void put_FileName(std::wstring_view value) { file_name_ = value; }
+    bool Load(BSTR* sFile);
+    bool Save(BSTR* sFile);
+    double get_Value(long m, long n) const;
+    void put_Value(long m, long n, double value);
+    std::wstring_view get_Name(long m) const;
+    void put_Name(long m, std::wstring_view value);
+    void GetValues(SAFEARRAY*& d) const;
+    void GetNames(SAFEARRAY*& sNames) const;
+    void SetValues(SAFEARRAY** d) { values_ = automation::array_of_type(d ? *d : nullptr, VT_R8); }
+    void SetNames(SAFEARRAY** sNames) { names_ = automation::array_of_type(sNames ? *sNames : nullptr, VT_BSTR); }
+    void SetSize(long m, long n);
 
 private:
     /// The path that a call is about: the one that it gives, or else the one before, which the caller then gets.
@@ -39,7 +39,6 @@ private:
     void load();
     void read(nif::Reader& reader);
     void save() const;
-    void set_size(std::int32_t m, std::int32_t n);
     void require_arrays() const;
 
     std::int32_t m_ = 0, n_ = 0;

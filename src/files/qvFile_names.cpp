@@ -1,15 +1,15 @@
-#include "files/qvFile.h"
+#include "files/qvFile_names.h"
 
 #include "files/arguments.h"
 #include "files/folder_search.h"
 #include "files/path_combination.h"
-#include "files/path_names.h"
 #include "text/strings.h"
 
-using automation::answer;
+#include <string>
+
+using automation::referred;
 using automation::Text;
 using automation::to_text;
-using automation::referred;
 using files::text_of;
 
 namespace {
@@ -35,75 +35,41 @@ std::wstring found(std::wstring_view file, std::wstring_view application, long a
 
 } // namespace
 
-HRESULT qvFile::GetPath(BSTR* File, BSTR* result) noexcept
+std::wstring_view qvFile_names::GetFile(BSTR* File, VARIANT_BOOL* NoExtension) noexcept
 {
-    return answer(result, [&] { return files::GetPath(text_of(File)); });
+    return or_empty([&] { return files::GetFile(text_of(File), NoExtension && *NoExtension != VARIANT_FALSE); });
 }
 
-HRESULT qvFile::GetFile(BSTR* File, VARIANT_BOOL* NoExtension, BSTR* result) noexcept
+std::wstring qvFile_names::qvDir(BSTR* sFile, BSTR* sAppPath) noexcept
 {
-    return answer(result, [&] {
-        return or_empty([&] { return files::GetFile(text_of(File), NoExtension && *NoExtension != VARIANT_FALSE); });
-    });
+    return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), files::NormalFiles); });
 }
 
-HRESULT qvFile::GetPathV(VARIANT* vFile, BSTR* result) noexcept
+std::wstring qvFile_names::qvDir2(BSTR* sFile, BSTR* sAppPath, long* A) noexcept
 {
-    return answer(result, [&] {
-        Text file = to_text(referred(vFile));
-        return Text{files::GetPath(file)};
-    });
+    return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), referred(A)); });
 }
 
-HRESULT qvFile::GetFileV(VARIANT* vFile, BSTR* result) noexcept
+std::wstring qvFile_names::qvDirV(const VARIANT& vFile, VARIANT* vAppPath)
 {
-    return answer(result, [&] {
-        Text file = to_text(referred(vFile));
-        return Text{files::GetFile(file)};
-    });
+    const Text file = to_text(vFile);
+    const Text application = to_text(referred(vAppPath));
+    return or_empty([&] { return found(file, application, files::NormalFiles); });
 }
 
-HRESULT qvFile::qvDir(BSTR* sFile, BSTR* sAppPath, BSTR* result) noexcept
+std::wstring qvFile_names::GetRelPath(BSTR* sFile, BSTR* sAppPath) noexcept
 {
-    return answer(result, [&] {
-        return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), files::NormalFiles); });
-    });
+    return or_empty([&] { return text::StringCut(text_of(sFile), text_of(sAppPath)); });
 }
 
-HRESULT qvFile::qvDir2(BSTR* sFile, BSTR* sAppPath, long* A, BSTR* result) noexcept
+std::wstring qvFile_names::GetRelPathV(const VARIANT& vFile, VARIANT* vAppPath)
 {
-    return answer(result, [&] { return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), referred(A)); }); });
+    const Text file = to_text(vFile);
+    const Text application = to_text(referred(vAppPath));
+    return or_empty([&] { return text::StringCut(file, application); });
 }
 
-HRESULT qvFile::qvDirV(VARIANT* vFile, VARIANT* vAppPath, BSTR* result) noexcept
+std::wstring_view qvFile_names::GetExtension(BSTR* sFile) noexcept
 {
-    return answer(result, [&] {
-        const Text file = to_text(referred(vFile));
-        const Text application = to_text(referred(vAppPath));
-        return or_empty([&] { return found(file, application, files::NormalFiles); });
-    });
-}
-
-HRESULT qvFile::GetRelPath(BSTR* sFile, BSTR* sAppPath, BSTR* result) noexcept
-{
-    return answer(result, [&] { return or_empty([&] { return text::StringCut(text_of(sFile), text_of(sAppPath)); }); });
-}
-
-HRESULT qvFile::GetRelPathV(VARIANT* vFile, VARIANT* vAppPath, BSTR* result) noexcept
-{
-    return answer(result, [&] {
-        const Text file = to_text(referred(vFile));
-        const Text application = to_text(referred(vAppPath));
-        return or_empty([&] { return text::StringCut(file, application); });
-    });
-}
-
-HRESULT qvFile::GetExtension(BSTR* sFile, BSTR* result) noexcept
-{
-    return answer(result, [&] { return or_empty([&] { return files::GetExtension(text_of(sFile)); }); });
-}
-
-HRESULT qvFile::RemoveExtension(BSTR* sFile, BSTR* result) noexcept
-{
-    return answer(result, [&] { return files::RemoveExtension(text_of(sFile)); });
+    return or_empty([&] { return files::GetExtension(text_of(sFile)); });
 }

@@ -1,4 +1,4 @@
-#include "files/qvFile.h"
+#include "files/qvFile_shell.h"
 
 #include "automation/client_object.h"
 #include "automation/floating_control.h"
@@ -10,9 +10,7 @@
 #include <shlobj.h>
 
 #include <memory>
-
-using automation::answer;
-using automation::view;
+#include <string>
 
 namespace {
 
@@ -34,27 +32,33 @@ HWND window_of(IDispatch* owner)
     return reinterpret_cast<HWND>(static_cast<LONG_PTR>(number));
 }
 
-std::wstring picked_folder(HWND owner, const ITEMIDLIST* start, const std::wstring& title, long flags)
+} // namespace
+
+std::wstring qvFile_shell::SelectFolder95(long StartFolderID, IDispatch* Owner, std::wstring_view stTitle, long Flags)
 {
+    const std::wstring title{stTitle}; // which the owner's own code may let go of
+    const HWND owner = window_of(Owner);
+    const auto start = reinterpret_cast<const ITEMIDLIST*>(static_cast<LONG_PTR>(StartFolderID));
     wchar_t name[MAX_PATH];
-    BROWSEINFOW browse{owner, start, name, title.c_str(), static_cast<UINT>(flags), nullptr, 0, 0};
+    BROWSEINFOW browse{owner, start, name, title.c_str(), static_cast<UINT>(Flags), nullptr, 0, 0};
     const automation::CalculatesAsClient as_client; // the client's windows get their messages meanwhile
     const ItemList picked{SHBrowseForFolderW(&browse)};
     return picked ? path_of(*picked) : L"";
 }
 
-std::wstring special_folder(int folder)
+std::wstring qvFile_shell::qvGetSpecialFolderPath(qvECSIDL nFolder, bool fBackSlashEnd)
 {
     LPITEMIDLIST found = nullptr;
-    automation::check(SHGetSpecialFolderLocation(nullptr, folder, &found));
+    automation::check(SHGetSpecialFolderLocation(nullptr, nFolder, &found));
     const ItemList list{found};
-    return list ? path_of(*list) : L"";
+    return (list ? path_of(*list) : L"") + (fBackSlashEnd ? L"\\" : L"");
 }
 
-/// `given` may be several, with a NUL between them.
-bool move_to_recycle_bin(std::wstring_view given, bool tells_user)
+bool qvFile_shell::qvMoveToRecycle(std::wstring_view sFile, bool fShowMessages)
 {
-    const std::wstring files = files::whole_paths(given);
+    if (sFile.empty())
+        return false;
+    const std::wstring files = files::whole_paths(sFile);
     SHFILEOPSTRUCTW operation{};
     operation.wFunc = FO_DELETE;
     operation.pFrom = files.c_str();
@@ -65,21 +69,22 @@ bool move_to_recycle_bin(std::wstring_view given, bool tells_user)
     }();
     if (failure == 0 && !operation.fAnyOperationsAborted)
         return true;
-    if (tells_user)
+    if (fShowMessages)
         MErrors::ShowMessage(failure ? std::to_wstring(failure) : L"Operation Failed");
     return false;
 }
 
-std::wstring short_path(const std::wstring& path)
+std::wstring qvFile_shell::GetShortFileName(std::wstring_view sLongFileName)
 {
+    const std::wstring path{sLongFileName};
     std::wstring result(GetShortPathNameW(path.c_str(), nullptr, 0), L'\0');
     result.resize(GetShortPathNameW(path.c_str(), result.data(), static_cast<DWORD>(result.size())));
     return result;
 }
 
-/// The path with every part behind the drive as the folder above it has it; empty when one of them is missing.
-std::wstring long_path(std::wstring path)
+std::wstring qvFile_shell::GetLongFilename(std::wstring_view sShortFileName)
 {
+    std::wstring path{sShortFileName};
     const bool is_closed = path.ends_with(L'\\');
     if (!is_closed)
         path += L'\\';
@@ -94,36 +99,4 @@ std::wstring long_path(std::wstring path)
     if (is_closed)
         result += L'\\';
     return result;
-}
-
-} // namespace
-
-HRESULT qvFile::SelectFolder95(long StartFolderID, IDispatch* Owner, BSTR stTitle, long Flags, BSTR* result) noexcept
-{
-    return answer(result, [&] {
-        const auto start = reinterpret_cast<const ITEMIDLIST*>(static_cast<LONG_PTR>(StartFolderID));
-        return picked_folder(window_of(Owner), start, std::wstring{view(stTitle)}, Flags);
-    });
-}
-
-HRESULT qvFile::qvGetSpecialFolderPath(qvECSIDL nFolder, VARIANT_BOOL fBackSlashEnd, BSTR* result) noexcept
-{
-    return answer(result, [&] { return special_folder(nFolder) + (fBackSlashEnd ? L"\\" : L""); });
-}
-
-HRESULT qvFile::qvMoveToRecycle(BSTR sFile, VARIANT_BOOL fShowMessages, VARIANT_BOOL* result) noexcept
-{
-    return answer(result, [&] {
-        return SysStringLen(sFile) > 0 && move_to_recycle_bin(view(sFile), fShowMessages != VARIANT_FALSE);
-    });
-}
-
-HRESULT qvFile::GetShortFileName(BSTR sLongFileName, BSTR* result) noexcept
-{
-    return answer(result, [&] { return short_path(std::wstring{view(sLongFileName)}); });
-}
-
-HRESULT qvFile::GetLongFilename(BSTR sShortFileName, BSTR* result) noexcept
-{
-    return answer(result, [&] { return long_path(std::wstring{view(sShortFileName)}); });
 }

@@ -30,7 +30,7 @@ public:
     bool let_go() noexcept { return --holders_ == 0; }
 
     /// The one live automation object that stands for it, if there is one.
-    void* face = nullptr;
+    void* object = nullptr;
 
 private:
     Arena* arena_;

@@ -6,42 +6,40 @@
 #include <string>
 
 /// An INI file as a tree of sections and parameters. As a section it is the root of its tree.
-class qvIniFile final : public automation::Object<qvIniFile, _qvIniFile, _qvIniSection> {
+class qvIniFile final : public automation::Object<qvIniFile, faces::qvIniFile, faces::qvIniSection> {
 public:
-    HRESULT STDMETHODCALLTYPE get_FileName(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_FileName(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_AutoLoad(VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_AutoLoad(VARIANT_BOOL value) noexcept override;
-    HRESULT STDMETHODCALLTYPE Load(BSTR sFileName) noexcept override;
-    HRESULT STDMETHODCALLTYPE Load2(BSTR sFileName, VARIANT_BOOL fHideComments, VARIANT_BOOL fAutoReLoad) noexcept override;
-    HRESULT STDMETHODCALLTYPE Save(BSTR sFileName) noexcept override;
+    std::wstring_view get_FileName() const { return file_name_; }
+    void put_FileName(std::wstring_view value) { file_name_ = value; }
+    bool get_AutoLoad() const { return auto_load_; }
+    void put_AutoLoad(bool value) { auto_load_ = value; }
+    void Load(std::wstring_view sFileName) { Load2(sFileName, false, false); }
+    void Load2(std::wstring_view sFileName, bool fHideComments, bool fAutoReLoad);
+    void Save(std::wstring_view sFileName);
 
-    HRESULT STDMETHODCALLTYPE get_qvIniSection_Section(_qvIniSections** result) noexcept override;
-    HRESULT STDMETHODCALLTYPE putref_qvIniSection_Section(_qvIniSections* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_qvIniSection_Parameter(_qvIniParameters** result) noexcept override;
-    HRESULT STDMETHODCALLTYPE putref_qvIniSection_Parameter(_qvIniParameters* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_qvIniSection_Name(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_qvIniSection_Name(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_qvIniSection_FoundInFile(VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_qvIniSection_FoundInFile(VARIANT_BOOL value) noexcept override;
+    // _qvIniSection, whose members stand in the other interface too
+    automation::Ref<qvIniSections> get_Section();
+    void putref_Section(_qvIniSections* value);
+    automation::Ref<qvIniParameters> get_Parameter() { return root_->get_Parameter(); }
+    void putref_Parameter(_qvIniParameters* value) { root_->putref_Parameter(value); }
+    std::wstring_view get_Name() const { return root_->get_Name(); }
+    void put_Name(std::wstring_view value) { root_->put_Name(value); }
+    bool get_FoundInFile() const { return root_->get_FoundInFile(); }
+    void put_FoundInFile(bool value) { root_->put_FoundInFile(value); }
 
-    // _qvIniSection; the members of one name and signature serve both interfaces
-    HRESULT STDMETHODCALLTYPE get_Section(_qvIniSections** result) noexcept override;
-    HRESULT STDMETHODCALLTYPE putref_Section(_qvIniSections* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Parameter(_qvIniParameters** result) noexcept override;
-    HRESULT STDMETHODCALLTYPE putref_Parameter(_qvIniParameters* value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Name(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Name(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_FoundInFile(VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_FoundInFile(VARIANT_BOOL value) noexcept override;
+    automation::Ref<qvIniSections> get_qvIniSection_Section() { return get_Section(); }
+    void putref_qvIniSection_Section(_qvIniSections* value) { putref_Section(value); }
+    automation::Ref<qvIniParameters> get_qvIniSection_Parameter() { return get_Parameter(); }
+    void putref_qvIniSection_Parameter(_qvIniParameters* value) { putref_Parameter(value); }
+    std::wstring_view get_qvIniSection_Name() const { return get_Name(); }
+    void put_qvIniSection_Name(std::wstring_view value) { put_Name(value); }
+    bool get_qvIniSection_FoundInFile() const { return get_FoundInFile(); }
+    void put_qvIniSection_FoundInFile(bool value) { put_FoundInFile(value); }
 
 private:
     /// Whether there is a file name, after one that was given has become it.
     bool choose_file(std::wstring_view given);
-    void load(std::wstring_view given, bool hide_comments);
-    void save(std::wstring_view given);
     /// What comes before every use of the sections.
-    HRESULT load_if_due() noexcept;
+    void load_if_due();
 
     std::wstring file_name_;
     bool auto_load_ = false;

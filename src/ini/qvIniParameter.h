@@ -1,21 +1,25 @@
 #pragma once
 
-#include "ini/face.h"
+#include "ini/node_hold.h"
 
 #include <qvObjects_contract.h>
 
 /// A named value of an INI section.
-class qvIniParameter final : public automation::Object<qvIniParameter, _qvIniParameter> {
+class qvIniParameter final : public automation::Object<qvIniParameter, faces::qvIniParameter> {
 public:
     explicit qvIniParameter(ini::Parameter& parameter) : parameter_{*this, parameter} {}
 
-    HRESULT STDMETHODCALLTYPE get_Value(BSTR sDefault, BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Value(BSTR sDefault, BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_Name(BSTR* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_Name(BSTR value) noexcept override;
-    HRESULT STDMETHODCALLTYPE get_FoundInFile(VARIANT_BOOL* result) noexcept override;
-    HRESULT STDMETHODCALLTYPE put_FoundInFile(VARIANT_BOOL value) noexcept override;
+    std::wstring_view get_Value(std::wstring_view sDefault) const
+    {
+        const std::wstring_view value = parameter_->value;
+        return value.empty() ? sDefault : value;
+    }
+    void put_Value(std::wstring_view, std::wstring_view value) { parameter_->value = ini::StoredText{value}; }
+    std::wstring_view get_Name() const { return parameter_->name(); }
+    void put_Name(std::wstring_view value) { parameter_->rename(value); }
+    bool get_FoundInFile() const { return parameter_->found_in_file(); }
+    void put_FoundInFile(bool value) { parameter_->set_found_in_file(value); }
 
 private:
-    ini::Face<qvIniParameter, ini::Parameter> parameter_;
+    ini::NodeHold<qvIniParameter, ini::Parameter> parameter_;
 };

@@ -4,8 +4,7 @@
 #include "ini/qvIniParameter.h"
 
 /// The parameters of an INI section, in order.
-class qvIniParameters final
-    : public ini::ListObject<qvIniParameters, _qvIniParameters, ini::Parameter, qvIniParameter, _qvIniParameter> {
+class qvIniParameters final : public ini::ListObject<qvIniParameters, faces::qvIniParameters, ini::Parameter, qvIniParameter> {
 public:
     using ListObject::ListObject;
 };

@@ -4,8 +4,7 @@
 #include "ini/qvIniSection.h"
 
 /// The sections of an INI file or the sub-sections of a section, in order.
-class qvIniSections final
-    : public ini::ListObject<qvIniSections, _qvIniSections, ini::Section, qvIniSection, _qvIniSection> {
+class qvIniSections final : public ini::ListObject<qvIniSections, faces::qvIniSections, ini::Section, qvIniSection> {
 public:
     using ListObject::ListObject;
 };

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// Placement of forms, list views and tool bars in the user's settings. Its members are still to come.
-class qvSave final : public automation::Object<qvSave, _qvSave> {
+class qvSave final : public automation::Object<qvSave, faces::qvSave> {
 };

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// A text shared between processes. Its members are still to come.
-class qvSharedMemory final : public automation::Object<qvSharedMemory, _qvSharedMemory> {
+class qvSharedMemory final : public automation::Object<qvSharedMemory, faces::qvSharedMemory> {
 };

@@ -1,23 +1,19 @@
-#include "frame/qvCommon.h"
+#include "text/qvCommon_text.h"
 
 #include "automation/client_object.h"
 #include "automation/safe_array.h"
 #include "frame/MErrors.h"
-#include "text/leading_number.h"
 #include "text/message_template.h"
 #include "text/numeric_text.h"
 #include "text/short_text.h"
-#include "text/strings.h"
 
 #include <vector>
 
-using automation::answer;
 using automation::Error;
 using automation::LockedArray;
 using automation::Runtime;
 using automation::Text;
 using automation::Variant;
-using automation::view;
 
 namespace {
 
@@ -84,130 +80,52 @@ ReplacementTexts replacement_texts(SAFEARRAY* values)
     return texts;
 }
 
-std::wstring expanded(BSTR message, SAFEARRAY* values)
-{
-    const std::wstring own{view(message)}; // the code of an object among the values may change the caller's
-    return text::expand(own, replacement_texts(values).texts());
-}
-
-long add_numbers(BSTR text, IDispatch* collection)
-{
-    const std::wstring own{view(text)}; // the collection's code may change the caller's
-    const automation::Ref held{collection};
-    for (const std::wstring_view run : text::digit_runs(own, text::is_digit))
-        automation::call(collection, L"Add", {Variant{run}});
-    return automation::converted(automation::get(collection, L"Count"), VT_I4).lVal;
-}
-
-void tell_that_no_number(BSTR caption)
-{
-    MErrors::ShowMessage(MErrors::LangStr(10011), view(caption), MB_ICONEXCLAMATION);
-}
-
 bool is_object(const VARIANT& value) noexcept
 {
     return value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
 }
 
-bool item_exists(IDispatch* collection, const VARIANT& key, bool as_object)
-{
-    const Variant item = automation::get(collection, L"Item", {Variant{key}});
-    if (!as_object && is_object(item))
-        automation::default_value(item.punkVal); // which must be there
-    return !as_object || is_object(item);
-}
-
-bool has_name(IDispatch* object)
-{
-    return !view(automation::to_text(automation::get(object, L"Name")).get()).empty();
-}
-
-/// For the members that never raise: what `test` says, false when it fails.
-template <class Test>
-bool holds(Test&& test) noexcept
-{
-    try {
-        return test();
-    } catch (...) {
-        return false;
-    }
-}
-
 } // namespace
 
-HRESULT qvCommon::Insert(BSTR sString, SAFEARRAY* vReplacements, BSTR* result) noexcept
+std::wstring qvCommon_text::Insert(std::wstring_view sString, SAFEARRAY* vReplacements)
 {
-    return answer(result, [&] { return expanded(sString, vReplacements); });
+    const std::wstring own{sString}; // the code of an object among the values may change the caller's
+    return text::expand(own, replacement_texts(vReplacements).texts());
 }
 
-HRESULT qvCommon::Ins(BSTR sString, SAFEARRAY* vReplacements, BSTR* result) noexcept
+long qvCommon_text::GetNumbersFromStringCol(std::wstring_view Str, IDispatch* colNumbers)
 {
-    return answer(result, [&] { return expanded(sString, vReplacements); });
+    const std::wstring own{Str}; // the collection's code may change the caller's
+    const automation::Ref held{colNumbers};
+    for (const std::wstring_view run : text::digit_runs(own, text::is_digit))
+        automation::call(colNumbers, L"Add", {Variant{run}});
+    return automation::converted(automation::get(colNumbers, L"Count"), VT_I4).lVal;
 }
 
-HRESULT qvCommon::StringCut(BSTR s, BSTR CutString, short intSpace, BSTR* result) noexcept
+bool qvCommon_text::qvIsNumeric(std::wstring_view s, bool fMsgBox, std::wstring_view sCaption)
 {
-    return answer(result, [&] { return text::StringCut(view(s), view(CutString), intSpace); });
+    const bool numeric = text::is_numeric(s);
+    if (!numeric && fMsgBox)
+        MErrors::ShowMessage(MErrors::LangStr(10011), sCaption, MB_ICONEXCLAMATION);
+    return numeric;
 }
 
-HRESULT qvCommon::AnCD(BSTR StringNotInQuotationMarks, BSTR* result) noexcept
+bool qvCommon_text::ExistsInCol(IDispatch* Col, const VARIANT& Key, bool bolAsObject)
 {
-    return answer(result, [&] { return text::in_quotation_marks(view(StringNotInQuotationMarks)); });
-}
-
-HRESULT qvCommon::StrToNum(BSTR sStr, VARIANT* result) noexcept
-{
-    return answer(result, [&] { return Variant{text::leading_number(view(sStr))}; });
-}
-
-HRESULT qvCommon::StrToBOOL(BSTR sStr, VARIANT_BOOL* result) noexcept
-{
-    return answer(result, [&] { return text::StrToBOOL(view(sStr)); });
-}
-
-HRESULT qvCommon::GetNumbersFromStringCol(BSTR Str, IDispatch* colNumbers, long* result) noexcept
-{
-    return answer(result, [&] { return add_numbers(Str, colNumbers); });
-}
-
-HRESULT qvCommon::qvIsNumeric(BSTR s, VARIANT_BOOL fMsgBox, BSTR sCaption, VARIANT_BOOL* result) noexcept
-{
-    return answer(result, [&] {
-        const bool numeric = text::is_numeric(view(s));
-        if (!numeric && fMsgBox)
-            tell_that_no_number(sCaption);
-        return numeric;
+    return automation::or_default([&] {
+        const Variant item = automation::get(Col, L"Item", {Variant{Key}});
+        if (!bolAsObject && is_object(item))
+            automation::default_value(item.punkVal); // which must be there
+        return !bolAsObject || is_object(item);
     });
 }
 
-HRESULT qvCommon::qvTrimL(BSTR s, BSTR* result) noexcept
+bool qvCommon_text::ObjTest(IDispatch* obj)
 {
-    return answer(result, [&] { return text::qvTrimL(view(s)); });
+    return automation::or_default([&] { return SysStringLen(automation::to_text(automation::get(obj, L"Name")).get()) != 0; });
 }
 
-HRESULT qvCommon::qvTrimR(BSTR s, BSTR* result) noexcept
+std::wstring qvCommon_text::GetShortText(long lhDc, std::wstring_view s, long Length, long lStyle)
 {
-    return answer(result, [&] { return text::qvTrimR(view(s)); });
-}
-
-HRESULT qvCommon::qvTrim(BSTR s, BSTR* result) noexcept
-{
-    return answer(result, [&] { return text::qvTrim(view(s)); });
-}
-
-HRESULT qvCommon::ExistsInCol(IDispatch* Col, VARIANT Key, VARIANT_BOOL bolAsObject, VARIANT_BOOL* result) noexcept
-{
-    return answer(result, [&] { return holds([&] { return item_exists(Col, Key, bolAsObject != VARIANT_FALSE); }); });
-}
-
-HRESULT qvCommon::ObjTest(IDispatch* obj, VARIANT_BOOL* result) noexcept
-{
-    return answer(result, [&] { return holds([&] { return has_name(obj); }); });
-}
-
-HRESULT qvCommon::GetShortText(long lhDc, BSTR s, long Length, long lStyle, BSTR* result) noexcept
-{
-    return answer(result, [&] {
-        return text::shortened(reinterpret_cast<HDC>(static_cast<LONG_PTR>(lhDc)), view(s), Length, lStyle);
-    });
+    return text::shortened(reinterpret_cast<HDC>(static_cast<LONG_PTR>(lhDc)), s, Length, lStyle);
 }

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// Sizes of bitmap files. Its members are still to come.
-class qvBitmap final : public automation::Object<qvBitmap, _qvBitmap> {
+class qvBitmap final : public automation::Object<qvBitmap, faces::qvBitmap> {
 };

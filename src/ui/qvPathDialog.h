@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// The folder-picker dialog. Its members are still to come.
-class qvPathDialog final : public automation::Object<qvPathDialog, _qvPathDialog> {
+class qvPathDialog final : public automation::Object<qvPathDialog, faces::qvPathDialog> {
 };

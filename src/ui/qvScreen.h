@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// Sizes of the screen. Its members are still to come.
-class qvScreen final : public automation::Object<qvScreen, _qvScreen> {
+class qvScreen final : public automation::Object<qvScreen, faces::qvScreen> {
 };

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// The system's colours. Its members are still to come.
-class qvSystemColors final : public automation::Object<qvSystemColors, _qvSystemColors> {
+class qvSystemColors final : public automation::Object<qvSystemColors, faces::qvSystemColors> {
 };

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// The system's metrics. Its members are still to come.
-class qvSystemMetrics final : public automation::Object<qvSystemMetrics, _qvSystemMetrics> {
+class qvSystemMetrics final : public automation::Object<qvSystemMetrics, faces::qvSystemMetrics> {
 };

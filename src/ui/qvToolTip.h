@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// Tooltips for windows. Its members are still to come.
-class qvToolTip final : public automation::WithEvents<automation::Object<qvToolTip, _qvToolTip>, __qvToolTip> {
+class qvToolTip final : public automation::WithEvents<automation::Object<qvToolTip, faces::qvToolTip>, __qvToolTip> {
 };

@@ -5,5 +5,5 @@
 #include <qvObjects_contract.h>
 
 /// Watches the messages of a window. Its members are still to come.
-class qvWindowProc final : public automation::WithEvents<automation::Object<qvWindowProc, _qvWindowProc>, __qvWindowProc> {
+class qvWindowProc final : public automation::WithEvents<automation::Object<qvWindowProc, faces::qvWindowProc>, __qvWindowProc> {
 };

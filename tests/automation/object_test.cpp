@@ -80,12 +80,13 @@ TEST_F(Objects, AreMadeByTheFactoryOfTheirClass)
 TEST_F(Objects, MeetANullPointerWithAResultCode)
 {
     const auto made = automation::make<Specimen>();
-    EXPECT_EQ(made->Twice(1, nullptr), E_POINTER);
+    EXPECT_EQ(made->face<_Specimen>()->Twice(1, nullptr), E_POINTER);
     EXPECT_EQ(made->unknown()->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-    EXPECT_EQ(static_cast<_Specimen*>(made.get())->GetIDsOfNames(IID_NULL, nullptr, 1, 0, nullptr), E_INVALIDARG);
-    EXPECT_EQ(static_cast<_Specimen*>(made.get())->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(made->face<_Specimen>()->GetIDsOfNames(IID_NULL, nullptr, 1, 0, nullptr), E_INVALIDARG);
+    EXPECT_EQ(made->face<_Specimen>()->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_EQ(made->face<_Specimen>()->Double(nullptr), static_cast<HRESULT>(0x800A0005)) << "by reference";
     BSTR text = nullptr;
-    EXPECT_EQ(made->get_Value(nullptr, &text), S_OK) << "a null text is an empty one";
+    EXPECT_EQ(made->face<_Specimen>()->get_Value(nullptr, &text), S_OK) << "a null text is an empty one";
     SysFreeString(text);
 }
 
@@ -93,7 +94,7 @@ TEST_F(Objects, LeaveErrorInformationForCompiledClients)
 {
     const auto made = automation::make<Specimen>();
     long reached = 0;
-    EXPECT_EQ(made->Fail(13, &reached), static_cast<HRESULT>(0x800A000D));
+    EXPECT_EQ(made->face<_Specimen>()->Fail(13, &reached), static_cast<HRESULT>(0x800A000D));
     Ref<IErrorInfo> information;
     ASSERT_EQ(GetErrorInfo(0, information.put()), S_OK);
     BSTR text = nullptr;

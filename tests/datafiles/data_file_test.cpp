@@ -14,8 +14,6 @@ using namespace std::string_literals;
 
 namespace {
 
-constexpr HRESULT runtime_error = static_cast<HRESULT>(0x800A0000);
-
 int error_of_number(std::int32_t number)
 {
     return error_of([&] { DataFile::with_number(number); });
@@ -53,20 +51,18 @@ TEST_F(DataFiles, HeadersAreWrittenAndReadWhereTheFileStands)
     {
         DataFile file{path};
         file.write("before");
-        EXPECT_EQ(header->Save(file.number()), S_OK);
+        header->Save(file.number());
         file.write("behind");
     }
     {
         DataFile file{path};
         char start[6];
         file.read(start, sizeof start);
-        EXPECT_EQ(other->Load(file.number()), S_OK);
+        other->Load(file.number());
         EXPECT_EQ(file.left(), 6u);
         file.write("BEHIND"); // goes where the reading has come to
         EXPECT_EQ(file.left(), 0u);
-        long version = 0;
-        EXPECT_EQ(other->get_Version(&version), S_OK);
-        EXPECT_EQ(version, 3);
+        EXPECT_EQ(other->get_Version(), 3);
     }
     const std::string bytes = client::Folder::read(path);
     EXPECT_TRUE(bytes.starts_with("before\3\0\0\0\4\0\0\0kind\3\0\0\0\7\0\0\0Authors"s));
@@ -79,17 +75,16 @@ TEST_F(DataFiles, NamesTakeEveryArrayOfOneDimension)
     const auto written = make<CFile_sNames>(), read = make<CFile_sNames>();
     {
         DataFile file{path};
-        EXPECT_EQ(written->Save(file.number()), runtime_error + 13) << "no names yet";
-        EXPECT_EQ(written->put_Names(names), S_OK);
-        EXPECT_EQ(written->Save(file.number()), S_OK);
+        EXPECT_EQ(error_of([&] { written->Save(file.number()); }), 13) << "no names yet";
+        written->put_Names(names);
+        written->Save(file.number());
     }
     EXPECT_EQ(client::Folder::read(path), "\3\0\0\0\3\0\0\0 x \2\0\0\00012\0\0\0\0"s);
 
     DataFile file{path};
-    EXPECT_EQ(read->Load(file.number()), S_OK);
-    EXPECT_EQ(read->Load(file.number()), runtime_error + 62) << "the names before stay";
-    client::Value result;
-    EXPECT_EQ(read->get_Names(&result), S_OK);
+    read->Load(file.number());
+    EXPECT_EQ(error_of([&] { read->Load(file.number()); }), 62) << "the names before stay";
+    const automation::Variant result = read->get_Names();
     ASSERT_EQ(result.vt, VT_ARRAY | VT_VARIANT) << "an array that scripts can index";
     EXPECT_EQ(result.parray->rgsabound[0].lLbound, 0);
     ASSERT_EQ(result.parray->rgsabound[0].cElements, 3u);

@@ -1,4 +1,4 @@
-#include "frame/qvCommon.h"
+#include "text/qvCommon_text.h"
 
 #include "automation/safe_array.h"
 #include "support/dispatch_object.h"
@@ -22,7 +22,6 @@ void overwrite(BSTR text)
 
 TEST(CallersText, MayBeReplacedByAValueOfATemplate)
 {
-    const auto common = automation::make<qvCommon>();
     const Text message{L"|1 and |2"};
     DispatchObject value{{}, [&](DISPID, const DISPPARAMS&, VARIANT* result) {
                              overwrite(message.get());
@@ -35,14 +34,11 @@ TEST(CallersText, MayBeReplacedByAValueOfATemplate)
         elements[0] = Variant{Ref<IDispatch>{&value}}.release();
         elements[1] = Variant{2L}.release();
     }
-    BSTR result = nullptr;
-    ASSERT_EQ(common->Insert(message.get(), values.parray, &result), S_OK);
-    EXPECT_EQ(automation::view(Text::adopt(result).get()), L"1 and 2");
+    EXPECT_EQ(qvCommon_text{}.Insert(message, values.parray), L"1 and 2");
 }
 
 TEST(CallersText, MayBeReplacedByTheCollectionItsNumbersGoTo)
 {
-    const auto common = automation::make<qvCommon>();
     const Text text{L"12,345,6"};
     std::wstring added;
     DispatchObject collection{{L"Add", L"Count"}, [&](DISPID member, const DISPPARAMS& arguments, VARIANT* result) {
@@ -53,7 +49,6 @@ TEST(CallersText, MayBeReplacedByTheCollectionItsNumbersGoTo)
                                   overwrite(text.get());
                                   return S_OK;
                               }};
-    long count = 0;
-    ASSERT_EQ(common->GetNumbersFromStringCol(text.get(), &collection, &count), S_OK);
+    EXPECT_EQ(qvCommon_text{}.GetNumbersFromStringCol(text, &collection), 3);
     EXPECT_EQ(added, L"12;345;6;");
 }

@@ -9,12 +9,12 @@ namespace ini {
 
 /// An object's hold on the node that it stands for.
 template <class Class, class Kind>
-class Face {
+class NodeHold {
 public:
-    Face(Class& object, Kind& node) noexcept : node_{&node} { node.face = &object; }
-    ~Face() { node_->face = nullptr; }
-    Face(const Face&) = delete;
-    Face& operator=(const Face&) = delete;
+    NodeHold(Class& object, Kind& node) noexcept : node_{&node} { node.object = &object; }
+    ~NodeHold() { node_->object = nullptr; }
+    NodeHold(const NodeHold&) = delete;
+    NodeHold& operator=(const NodeHold&) = delete;
 
     const Held<Kind>& node() const noexcept { return node_; }
     Kind* operator->() const noexcept { return node_.get(); }
@@ -28,8 +28,8 @@ private:
 template <class Class, class Kind>
 automation::Ref<Class> object_for(Kind& node)
 {
-    if (node.face)
-        return automation::Ref<Class>{static_cast<Class*>(node.face)};
+    if (node.object)
+        return automation::Ref<Class>{static_cast<Class*>(node.object)};
     return automation::make<Class>(node);
 }
 
