@@ -54,10 +54,11 @@ private:
 
 void qvFile::WalkDirTree(BSTR& sSrcDir, std::wstring_view sSearchItem, WalkDirConsts fFlags, long Attributes)
 {
+    const std::wstring pattern{sSearchItem}; // before its text goes, which may be the folder's too
     if (!view(sSrcDir).ends_with(L'\\'))
         files::replace(sSrcDir, std::wstring{view(sSrcDir)} + L'\\');
     cancelled_ = VARIANT_FALSE;
-    const std::wstring folder{view(sSrcDir)}, pattern{sSearchItem};
+    const std::wstring folder{view(sSrcDir)};
     const files::WalkRules rules{
         .pattern = pattern,
         .admitted = Attributes,
