@@ -29,9 +29,11 @@ HRESULT conversion_failure(HRESULT failure, EXCEPINFO* exception) noexcept
 /// Whether a parameter takes an array whose elements are converted, objects among them to the value that they stand for.
 bool converts_objects(const VARIANT& value, const Parameter& parameter) noexcept
 {
+    if (!(parameter.type & VT_ARRAY))
+        return false;
     const VARTYPE element = element_type(value);
     const bool may_hold_objects = element == VT_VARIANT || element == VT_DISPATCH || element == VT_UNKNOWN;
-    return may_hold_objects && (parameter.type & VT_ARRAY) && parameter.type != (VT_ARRAY | element);
+    return may_hold_objects && parameter.type != (VT_ARRAY | element);
 }
 
 } // namespace
@@ -71,10 +73,8 @@ HRESULT Call::run(VARIANT* result, EXCEPINFO* exception) noexcept
     }
     if (const HRESULT failure = give_back(false); FAILED(failure))
         return exception_of(failure, exception);
-    if (result) {
-        VariantInit(result);
+    if (result)
         *result = answer.release();
-    }
     return S_OK;
 }
 
@@ -86,8 +86,8 @@ HRESULT Call::place_arguments() noexcept
     const std::size_t given = arguments_.positional();
     if (parameters.size() > most_parameters || (given > fixed && !any_number))
         return DISP_E_BADPARAMCOUNT;
-    for (std::size_t i = 0; i < std::min(given, fixed); ++i)
-        placed_[i] = &arguments_.at(i);
+    for (std::size_t i = 0; i < parameters.size(); ++i)
+        placed_[i] = i < std::min(given, fixed) ? &arguments_.at(i) : nullptr;
     // The new value of a property comes last, whatever optional arguments are left out before it.
     if (sets_property_ && given > 0 && given < fixed)
         std::swap(placed_[given - 1], placed_[fixed - 1]);

@@ -69,7 +69,7 @@ private:
     bool sets_property_;
     UINT* bad_argument_;
     Frame frame_;
-    std::array<VARIANTARG*, most_parameters> placed_{}; ///< null for what was left out
+    std::array<VARIANTARG*, most_parameters> placed_; ///< for each parameter; null for what was left out
     PassedArguments passed_;
 };
 

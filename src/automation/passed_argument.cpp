@@ -144,11 +144,10 @@ bool is_same(const VARIANT& one, const VARIANT& other) noexcept
 
 } // namespace
 
-VARIANT flat(const VARIANT& given) noexcept
+VARIANT behind(const VARIANT& value) noexcept
 {
-    const VARIANT& value = followed(given);
     const auto type = static_cast<VARTYPE>(value.vt & ~VT_BYREF);
-    if (!(value.vt & VT_BYREF) || type == VT_RECORD || type == VT_VARIANT)
+    if (type == VT_RECORD || type == VT_VARIANT)
         return value;
     VARIANT content;
     content.vt = type;
@@ -171,10 +170,13 @@ VARIANT flat(const VARIANT& given) noexcept
 
 void Frame::push(const VARIANT& value, VARTYPE type) noexcept
 {
-    const bool whole = type == VT_VARIANT;
-    const std::size_t words = whole ? sizeof(VARIANT) / sizeof(std::uint32_t) : (size_of_value(type) + 3) / sizeof(std::uint32_t);
-    std::memcpy(&words_[count_], whole ? static_cast<const void*>(&value) : &value.lVal, words * sizeof(std::uint32_t));
-    count_ += words;
+    if (type == VT_VARIANT) {
+        std::memcpy(&words_[count_], &value, sizeof value);
+        count_ += sizeof value / sizeof words_[0];
+        return;
+    }
+    std::memcpy(&words_[count_], &value.lVal, sizeof value.llVal); // a second word that is none is written over
+    count_ += size_of_value(type) > sizeof words_[0] ? 2 : 1;
 }
 
 HRESULT Frame::call(std::size_t slot) const noexcept

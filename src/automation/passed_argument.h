@@ -11,9 +11,16 @@ namespace automation::late_bound {
 
 constexpr std::size_t most_parameters = 32;
 
+/// What a reference to a value of a type leads to; see flat.
+VARIANT behind(const VARIANT& reference) noexcept;
+
 /// A value without its by-reference wrapping; it shares what it points to with the caller. A reference to nothing is
 /// Empty; one to a record, or to itself, stays what it is.
-VARIANT flat(const VARIANT& given) noexcept;
+inline VARIANT flat(const VARIANT& given) noexcept
+{
+    const VARIANT& value = followed(given);
+    return value.vt & VT_BYREF ? behind(value) : value;
+}
 
 /// What lies on the stack at the call.
 class Frame {

@@ -21,21 +21,6 @@ Variant::Variant(const VARIANT& other) : Variant{}
     check(VariantCopyInd(this, const_cast<VARIANT*>(&inner))); // reads it only
 }
 
-const VARIANT& followed(const VARIANT& value) noexcept
-{
-    constexpr int deepest = 16; // deeper than any client goes, unless in a circle
-    const VARIANT* inner = &value;
-    for (int depth = 0; inner->vt == (VT_VARIANT | VT_BYREF) && inner->pvarVal && depth < deepest; ++depth)
-        inner = inner->pvarVal;
-    return *inner;
-}
-
-bool holds_object(const VARIANT& value) noexcept
-{
-    const auto type = static_cast<VARTYPE>(followed(value).vt & ~VT_BYREF);
-    return type == VT_DISPATCH || type == VT_UNKNOWN;
-}
-
 HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept
 {
     if (value.vt == (VT_VARIANT | VT_BYREF)) // what could not be followed

@@ -193,10 +193,21 @@ public:
 };
 
 /// The value itself, behind by-reference variants. One that leads back to itself stays what it is: a reference to a variant.
-const VARIANT& followed(const VARIANT& value) noexcept;
+inline const VARIANT& followed(const VARIANT& value) noexcept
+{
+    constexpr int deepest = 16; // deeper than any client goes, unless in a circle
+    const VARIANT* inner = &value;
+    for (int depth = 0; inner->vt == (VT_VARIANT | VT_BYREF) && inner->pvarVal && depth < deepest; ++depth)
+        inner = inner->pvarVal;
+    return *inner;
+}
 
 /// Whether a value is an object. Asking it for a value, or calling it, runs code of the client.
-bool holds_object(const VARIANT& value) noexcept;
+inline bool holds_object(const VARIANT& value) noexcept
+{
+    const auto type = static_cast<VARTYPE>(followed(value).vt & ~VT_BYREF);
+    return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
 
 /// How many bytes a value of a type takes where it is kept on its own, as an element of an array or behind a reference. An
 /// array is the pointer to it. 0 for types without values of their own: VT_EMPTY, VT_NULL, VT_RECORD, what is no type.
