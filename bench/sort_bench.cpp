@@ -2,7 +2,7 @@
 #include "stopwatch.h"
 
 #include "automation/safe_array.h"
-#include "frame/qvCommon.h"
+#include "server/qvCommon.h"
 
 #include <algorithm>
 #include <cmath>

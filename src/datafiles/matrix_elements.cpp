@@ -15,11 +15,6 @@ using automation::Variant;
 
 namespace {
 
-std::size_t width_of(VARTYPE type) noexcept
-{
-    return type == VT_UI1 ? 1 : type == VT_I2 ? 2 : type == VT_R8 ? 8 : 4;
-}
-
 std::int32_t count_of(const SAFEARRAYBOUND& bound)
 {
     if (bound.cElements > static_cast<ULONG>(std::numeric_limits<std::int32_t>::max()))
@@ -103,14 +98,14 @@ bool has_shape(const SAFEARRAY* array, VARTYPE type, const Bounds& bounds) noexc
     const auto same = [](const SAFEARRAYBOUND& one, const SAFEARRAYBOUND& other) {
         return one.lLbound == other.lLbound && one.cElements == other.cElements;
     };
-    return array && array->cDims == bounds.size() && array->cbElements == width_of(type) && same(array->rgsabound[1], bounds[0])
+    return array && array->cDims == bounds.size() && array->cbElements == automation::size_of_value(type) && same(array->rgsabound[1], bounds[0])
         && same(array->rgsabound[0], bounds[1]);
 }
 
 void read_elements(DataFile& file, SAFEARRAY* array, VARTYPE type)
 {
     const LockedArray<char> elements{array};
-    file.read(elements.begin(), elements.size() * width_of(type));
+    file.read(elements.begin(), elements.size() * automation::size_of_value(type));
 }
 
 } // namespace
@@ -143,7 +138,7 @@ std::optional<VARTYPE> type_of(std::int32_t element) noexcept
 
 Bounds bounds_of_data(const Source& source, const MatrixHeader& header, VARTYPE type, long lower1, long lower2)
 {
-    const auto [rows, columns] = size_of_data(source, header, width_of(type), lower1, lower2);
+    const auto [rows, columns] = size_of_data(source, header, automation::size_of_value(type), lower1, lower2);
     return {{{static_cast<ULONG>(rows), lower1}, {static_cast<ULONG>(columns), lower2}}};
 }
 
@@ -172,10 +167,10 @@ void read_matrix(DataFile& file, VARTYPE type, const Bounds& bounds, SAFEARRAY*&
 
 void write_matrix(DataFile& file, SAFEARRAY* array, VARTYPE type)
 {
-    if (array->cbElements != width_of(type))
+    if (array->cbElements != automation::size_of_value(type))
         throw Error{Runtime::TypeMismatch};
     const LockedArray<const char> elements{array};
-    file.write({elements.begin(), elements.size() * width_of(type)});
+    file.write({elements.begin(), elements.size() * automation::size_of_value(type)});
 }
 
 void write_converted(DataFile& file, SAFEARRAY* array, VARTYPE type)

@@ -4,7 +4,7 @@
 #include "datafiles/nif_format.h"
 #include "files/binary_file.h"
 #include "automation/code_page.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "datafiles/qvFile_qvb.h"
 
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 #include "text/message_template.h"
 
 using automation::Error;

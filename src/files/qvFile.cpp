@@ -25,26 +25,11 @@ public:
         if (std::wstring_view{folder_} != folder)
             folder_ = Text{folder};
         const Text name{entry.name()};
-        events_.fire(item_found, {argument(folder_), argument(name), cancel_argument()});
+        events_.fire(item_found, {automation::argument(folder_), automation::argument(name), automation::by_reference(cancelled_)});
         return cancelled_ == VARIANT_FALSE;
     }
 
 private:
-    static VARIANT argument(const Text& text) noexcept
-    {
-        VARIANT value{};
-        value.vt = VT_BSTR;
-        value.bstrVal = text.get();
-        return value;
-    }
-    VARIANT cancel_argument() const noexcept
-    {
-        VARIANT value{};
-        value.vt = VT_BYREF | VT_BOOL;
-        value.pboolVal = &cancelled_;
-        return value;
-    }
-
     const automation::ConnectionPoint& events_;
     VARIANT_BOOL& cancelled_;
     Text folder_;

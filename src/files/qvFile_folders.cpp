@@ -2,7 +2,7 @@
 
 #include "files/file_deletion.h"
 #include "files/folder_search.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 #include "text/message_template.h"
 #include "text/strings.h"
 

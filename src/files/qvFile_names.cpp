@@ -8,20 +8,12 @@
 #include <string>
 
 using automation::referred;
+using automation::or_default;
 using automation::Text;
 using automation::to_text;
 using files::text_of;
 
 namespace {
-
-/// For the members that never raise: what `rule` gives, or an empty text.
-template <class Rule>
-auto or_empty(Rule&& rule) noexcept -> decltype(rule())
-try {
-    return rule();
-} catch (...) {
-    return {};
-}
 
 /// The full path of a file, itself or seen from the application's folder, if a search that admits these attributes finds it.
 std::wstring found(std::wstring_view file, std::wstring_view application, long admitted)
@@ -37,39 +29,39 @@ std::wstring found(std::wstring_view file, std::wstring_view application, long a
 
 std::wstring_view qvFile_names::GetFile(BSTR* File, VARIANT_BOOL* NoExtension) noexcept
 {
-    return or_empty([&] { return files::GetFile(text_of(File), NoExtension && *NoExtension != VARIANT_FALSE); });
+    return or_default([&] { return files::GetFile(text_of(File), NoExtension && *NoExtension != VARIANT_FALSE); });
 }
 
 std::wstring qvFile_names::qvDir(BSTR* sFile, BSTR* sAppPath) noexcept
 {
-    return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), files::NormalFiles); });
+    return or_default([&] { return found(text_of(sFile), text_of(sAppPath), files::NormalFiles); });
 }
 
 std::wstring qvFile_names::qvDir2(BSTR* sFile, BSTR* sAppPath, long* A) noexcept
 {
-    return or_empty([&] { return found(text_of(sFile), text_of(sAppPath), referred(A)); });
+    return or_default([&] { return found(text_of(sFile), text_of(sAppPath), referred(A)); });
 }
 
 std::wstring qvFile_names::qvDirV(const VARIANT& vFile, VARIANT* vAppPath)
 {
     const Text file = to_text(vFile);
     const Text application = to_text(referred(vAppPath));
-    return or_empty([&] { return found(file, application, files::NormalFiles); });
+    return or_default([&] { return found(file, application, files::NormalFiles); });
 }
 
 std::wstring qvFile_names::GetRelPath(BSTR* sFile, BSTR* sAppPath) noexcept
 {
-    return or_empty([&] { return text::StringCut(text_of(sFile), text_of(sAppPath)); });
+    return or_default([&] { return text::StringCut(text_of(sFile), text_of(sAppPath)); });
 }
 
 std::wstring qvFile_names::GetRelPathV(const VARIANT& vFile, VARIANT* vAppPath)
 {
     const Text file = to_text(vFile);
     const Text application = to_text(referred(vAppPath));
-    return or_empty([&] { return text::StringCut(file, application); });
+    return or_default([&] { return text::StringCut(file, application); });
 }
 
 std::wstring_view qvFile_names::GetExtension(BSTR* sFile) noexcept
 {
-    return or_empty([&] { return files::GetExtension(text_of(sFile)); });
+    return or_default([&] { return files::GetExtension(text_of(sFile)); });
 }

@@ -1,5 +1,6 @@
 #include "files/qvFile_paths.h"
 
+#include "automation/handle.h"
 #include "files/arguments.h"
 
 #include <algorithm>
@@ -24,12 +25,6 @@ bool patterns_fit(std::wstring_view list) noexcept
 {
     return std::ranges::all_of(list | std::views::split(L';'),
                                [](auto pattern) { return fits_platform({pattern.begin(), pattern.end()}); });
-}
-
-template <class Handle>
-Handle handle(long number) noexcept
-{
-    return reinterpret_cast<Handle>(static_cast<LONG_PTR>(number));
 }
 
 } // namespace
@@ -78,7 +73,7 @@ Text qvFile_paths::qvPathCanonicalize(BSTR strPath)
 Text qvFile_paths::qvPathCompactPath(long hDC, BSTR strPath, long dX)
 {
     const auto compact = [&](wchar_t* path) {
-        const HDC context = handle<HDC>(hDC);
+        const HDC context = automation::handle_from<HDC>(hDC);
         if (!context || measures_text(context)) // without one it is the screen's
             PathCompactPathW(context, path, static_cast<UINT>(dX));
     };
@@ -140,7 +135,7 @@ bool qvFile_paths::qvPathSearchAndQualify(BSTR strPath, BSTR strFullyQualifiedPa
 
 bool qvFile_paths::qvPathSetDlgItemPath(long hDlgWnd, long ID, BSTR strPath)
 {
-    const HWND dialog = handle<HWND>(hDlgWnd);
+    const HWND dialog = automation::handle_from<HWND>(hDlgWnd);
     if (!fits_platform(view(strPath)) || !GetDlgItem(dialog, ID))
         return false;
     PathSetDlgItemPathW(dialog, ID, characters(strPath)); // which does not tell how it went

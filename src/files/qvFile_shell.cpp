@@ -2,9 +2,10 @@
 
 #include "automation/client_object.h"
 #include "automation/floating_control.h"
+#include "automation/handle.h"
 #include "files/file.h"
 #include "files/folder_search.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 
 #include <shellapi.h>
 #include <shlobj.h>
@@ -29,7 +30,7 @@ std::wstring path_of(const ITEMIDLIST& list)
 HWND window_of(IDispatch* owner)
 {
     const auto number = automation::converted(automation::get(owner, L"hwnd"), VT_I4).lVal;
-    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(number));
+    return automation::handle_from<HWND>(number);
 }
 
 } // namespace
@@ -38,7 +39,7 @@ std::wstring qvFile_shell::SelectFolder95(long StartFolderID, IDispatch* Owner, 
 {
     const std::wstring title{stTitle}; // which the owner's own code may let go of
     const HWND owner = window_of(Owner);
-    const auto start = reinterpret_cast<const ITEMIDLIST*>(static_cast<LONG_PTR>(StartFolderID));
+    const auto start = automation::handle_from<const ITEMIDLIST*>(StartFolderID);
     wchar_t name[MAX_PATH];
     BROWSEINFOW browse{owner, start, name, title.c_str(), static_cast<UINT>(Flags), nullptr, 0, 0};
     const automation::CalculatesAsClient as_client; // the client's windows get their messages meanwhile

@@ -1,11 +1,11 @@
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 
 #include "automation/ansi_call.h"
 #include "automation/error.h"
 #include "automation/floating_control.h"
 #include "automation/module.h"
 #include "automation/thread_state.h"
-#include "frame/messages.h"
+#include "messages/messages.h"
 
 #include <limits>
 

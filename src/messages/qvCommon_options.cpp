@@ -1,7 +1,7 @@
-#include "frame/qvCommon_options.h"
+#include "messages/qvCommon_options.h"
 
 #include "automation/case_folding.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 
 bool qvCommon_options::qvObjectsInit(std::wstring_view sKey, const VARIANT& val)
 {

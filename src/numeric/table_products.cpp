@@ -1,7 +1,7 @@
 #include "numeric/table_products.h"
 
 #include "automation/safe_array.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 #include "numeric/client_table.h"
 #include "numeric/matrix.h"
 #include "numeric/variant_arithmetic.h"

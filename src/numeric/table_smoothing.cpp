@@ -1,6 +1,6 @@
 #include "numeric/table_smoothing.h"
 
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 #include "numeric/client_table.h"
 #include "numeric/moving_average.h"
 #include "numeric/variant_arithmetic.h"

@@ -1,10 +1,10 @@
-#include "frame/class_table.h"
+#include "server/class_table.h"
 
 #include "datafiles/qvFile_Nif.h"
 #include "datafiles/qvFile_qvb.h"
 #include "files/qvFile.h"
-#include "frame/qvAPI.h"
-#include "frame/qvCommon.h"
+#include "server/qvAPI.h"
+#include "server/qvCommon.h"
 #include "ini/qvIniFile.h"
 #include "ini/qvSave.h"
 #include "numeric/qvMath.h"

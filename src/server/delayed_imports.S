@@ -1,7 +1,7 @@
 # The functions of libraries that take long to load: a client that needs none of them doesn't wait for them. A function
 # of theirs that is missing here would be imported at once, with its library: tests/tools/library_test finds that.
 
-#include "frame/delayed_import.inc"
+#include "server/delayed_import.inc"
 
         import  gdi32, GetObjectType, 4
         import  gdi32, GetTextExtentPoint32W, 16

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "automation/object.h"
-#include "frame/qvCommon_options.h"
+#include "messages/qvCommon_options.h"
 #include "numeric/qvCommon_arrays.h"
 #include "text/qvCommon_text.h"
 

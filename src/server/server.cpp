@@ -1,5 +1,5 @@
 #include "automation/registration.h"
-#include "frame/class_table.h"
+#include "server/class_table.h"
 
 #include <qvObjects_contract.h>
 

@@ -1,8 +1,9 @@
 #include "text/qvCommon_text.h"
 
 #include "automation/client_object.h"
+#include "automation/handle.h"
 #include "automation/safe_array.h"
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 #include "text/message_template.h"
 #include "text/numeric_text.h"
 #include "text/short_text.h"
@@ -127,5 +128,5 @@ bool qvCommon_text::ObjTest(IDispatch* obj)
 
 std::wstring qvCommon_text::GetShortText(long lhDc, std::wstring_view s, long Length, long lStyle)
 {
-    return text::shortened(reinterpret_cast<HDC>(static_cast<LONG_PTR>(lhDc)), s, Length, lStyle);
+    return text::shortened(automation::handle_from<HDC>(lhDc), s, Length, lStyle);
 }

@@ -1,4 +1,4 @@
-#include "frame/MErrors.h"
+#include "messages/MErrors.h"
 
 #include "automation/error.h"
 #include "support/message_box.h"

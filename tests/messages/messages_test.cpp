@@ -1,4 +1,4 @@
-#include "frame/messages.h"
+#include "messages/messages.h"
 
 #include <gtest/gtest.h>
 

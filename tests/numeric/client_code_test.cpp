@@ -1,4 +1,4 @@
-#include "frame/qvCommon.h"
+#include "server/qvCommon.h"
 #include "numeric/appended_columns.h"
 #include "numeric/array_extrema.h"
 #include "numeric/array_sorting.h"

@@ -1,4 +1,4 @@
-#include "frame/identities.h"
+#include "server/identities.h"
 #include "support/client.h"
 
 #include <ocidl.h>

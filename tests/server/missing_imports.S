@@ -1,4 +1,4 @@
-#include "frame/delayed_import.inc"
+#include "server/delayed_import.inc"
 
         import  no-such-library, InMissingLibrary, 8
         import  shlwapi, MissingInLibrary, 4
