@@ -5,7 +5,7 @@ namespace ini {
 void Parameter::destroy_chain(Parameter* first) noexcept
 {
     while (first)
-        unmake_node(std::exchange(first, first->next_));
+        unmake_node(take_first(first));
 }
 
 Held<Section> Section::create()
@@ -16,7 +16,7 @@ Held<Section> Section::create()
 void Section::destroy_chain(Section* first) noexcept
 {
     while (first) {
-        Section* const section = std::exchange(first, first->next_);
+        Section* const section = take_first(first);
         if (Sections* const sections = section->sections_.release(); sections && sections->let_go()) {
             sections->give_up(first);
             unmake_node(sections);
