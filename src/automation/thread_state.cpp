@@ -8,11 +8,10 @@
 namespace automation {
 namespace {
 
-constinit std::atomic<DWORD> tls_index{TLS_OUT_OF_INDEXES};
 constinit std::atomic<std::size_t> places_claimed{0};
 
 /// Allocated when it is first asked for: in the module's tests nobody attaches it.
-DWORD index() noexcept
+DWORD index(std::atomic<DWORD>& tls_index) noexcept
 {
     DWORD known = tls_index.load(std::memory_order_acquire);
     if (known != TLS_OUT_OF_INDEXES)
@@ -26,17 +25,11 @@ DWORD index() noexcept
 
 } // namespace
 
-ThreadState* ThreadState::find() noexcept
-{
-    const DWORD known = tls_index.load(std::memory_order_acquire);
-    return known == TLS_OUT_OF_INDEXES ? nullptr : static_cast<ThreadState*>(TlsGetValue(known));
-}
+constinit std::atomic<DWORD> ThreadState::tls_index{TLS_OUT_OF_INDEXES};
 
-ThreadState* ThreadState::find_or_make() noexcept
+ThreadState* ThreadState::make() noexcept
 {
-    if (ThreadState* const known = find())
-        return known;
-    const DWORD place = index();
+    const DWORD place = index(tls_index);
     if (place == TLS_OUT_OF_INDEXES)
         return nullptr;
     void* const fresh = std::calloc(1, sizeof(ThreadState));

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <windows.h>
+
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <new>
 #include <type_traits>
@@ -24,9 +27,17 @@ struct ThreadState {
     };
 
     /// The calling thread's; null when it has none yet.
-    static ThreadState* find() noexcept;
+    static ThreadState* find() noexcept
+    {
+        const DWORD known = tls_index.load(std::memory_order_acquire);
+        return known == TLS_OUT_OF_INDEXES ? nullptr : static_cast<ThreadState*>(TlsGetValue(known));
+    }
     /// The same, made if need be; null when memory runs short.
-    static ThreadState* find_or_make() noexcept;
+    static ThreadState* find_or_make() noexcept
+    {
+        ThreadState* const known = find();
+        return known ? known : make();
+    }
     /// The thread ends, or no longer calls the library.
     static void forget() noexcept;
     /// Gives the index back; only while the module goes.
@@ -39,6 +50,11 @@ struct ThreadState {
     std::array<Reserve, most_reserves> reserves;    ///< for exceptions when memory runs short
     const FloatingControl* clients_control;         ///< the client's modes where they are not the library's
     std::array<Place, most_places> places;          ///< the values of the `PerThread`s
+
+private:
+    static ThreadState* make() noexcept;
+
+    static std::atomic<DWORD> tls_index;
 };
 
 /// The number of a place in the state of every thread that no one else has.
