@@ -33,7 +33,9 @@ std::wstring system_name(const Handle& opened)
 
 std::wstring with_backslash(std::wstring path)
 {
-    return path.ends_with(L'\\') ? path : path + L'\\';
+    if (!path.ends_with(L'\\'))
+        path += L'\\';
+    return path;
 }
 
 /// Deletes what a walk finds below one folder, subfolders with all they hold.
@@ -162,10 +164,10 @@ std::wstring folder_to_clear(std::wstring_view given)
         return {};
     if (given.size() == 2 && given[1] == L':')
         throw automation::Error{automation::Runtime::BadFileNumber};
-    const std::wstring folder = with_backslash(checked(given));
+    std::wstring folder = with_backslash(checked(given));
     if (folder.starts_with(L"\\\\?\\"))
         return folder;
-    const std::wstring path = whole_path(folder);
+    std::wstring path = whole_path(folder);
     if (path.empty())
         return path;
     return with_backslash(path.starts_with(L"\\\\") ? L"\\\\?\\UNC" + path.substr(1) : L"\\\\?\\" + path);

@@ -3,7 +3,7 @@
 //     <name>_fuzz [--runs N] [--seconds T] [--seed S] [--longest BYTES]
 //     <name>_fuzz FILE...       runs these inputs again
 //
-// An input that ends the program is left behind as <name>_fuzz.failed.
+// An input that ends the program is left beside it as <name>_fuzz.failed.
 #include "fuzz/driver.h"
 
 #include <sanitizer/common_interface_defs.h>
@@ -102,7 +102,7 @@ int main(int count, char** arguments)
 {
     const std::string_view program = arguments[0];
     const std::string name{program.substr(program.find_last_of('/') + 1)};
-    failed_path = name + ".failed";
+    failed_path = arguments[0] + std::string{".failed"};
     __sanitizer_set_death_callback(save_input);
     std::signal(SIGABRT, [](int) { save_input(); });
 
