@@ -1,8 +1,10 @@
-// The headers and the names by the numbers of open files, which no client can open.
+// The headers and the names by the numbers of open files, which no client can open, and null pointers, which no script passes.
 #include "datafiles/data_file.h"
 
 #include "datafiles/CFileInfoHeader.h"
 #include "datafiles/CFile_sNames.h"
+#include "datafiles/qvFile_Nif.h"
+#include "datafiles/qvFile_qvb.h"
 #include "support/error_of.h"
 #include "support/tables.h"
 
@@ -91,4 +93,37 @@ TEST_F(DataFiles, NamesTakeEveryArrayOfOneDimension)
     const auto* const texts = static_cast<const VARIANT*>(result.parray->pvData);
     EXPECT_STREQ(texts[0].bstrVal, L"x");
     EXPECT_STREQ(texts[1].bstrVal, L"12");
+}
+
+TEST_F(DataFiles, NullPointersAreNothingOrErrors)
+{
+    constexpr HRESULT runtime_error = static_cast<HRESULT>(0x800A0000);
+    const auto matrix_file = make<qvFile_qvb>();
+    _qvFile_qvb* const matrix = matrix_file->face<_qvFile_qvb>();
+    const client::Value one = client::table(VT_VARIANT, 0, 0, {{0.5}});
+    matrix_file->put_File(path);
+    EXPECT_EQ(matrix->ReadFile_Dbl(nullptr), runtime_error + 62) << "the headers come first";
+    ASSERT_EQ(matrix->WriteFile(one, nullptr), S_OK) << "as Doubles";
+    EXPECT_TRUE(client::Folder::read(path).ends_with("\0\0\0\0\0\0\xE0\x3F"s));
+    EXPECT_EQ(matrix->WriteFile_Dbl(nullptr), runtime_error + 9) << "an array still to be dimensioned";
+    ASSERT_EQ(matrix->WriteFile(one, nullptr), S_OK);
+    EXPECT_EQ(matrix->ReadFile_Dbl(nullptr), runtime_error + 5);
+    EXPECT_EQ(matrix->ReadFile(nullptr), E_POINTER);
+    EXPECT_EQ(matrix->get_ObjNames(nullptr), E_POINTER);
+    EXPECT_EQ(matrix->put_ObjNames(nullptr), S_OK);
+
+    const auto table_file = make<qvFile_Nif>();
+    _qvFile_Nif* const table = table_file->face<_qvFile_Nif>();
+    VARIANT_BOOL done = VARIANT_TRUE;
+    EXPECT_EQ(table->Save(nullptr, &done), S_OK);
+    EXPECT_EQ(done, VARIANT_FALSE) << "no path at all";
+    table_file->SetSize(1, 1);
+    table_file->put_FileName(folder.file(L"a.nif"));
+    EXPECT_EQ(table->Save(nullptr, &done), S_OK);
+    EXPECT_EQ(done, VARIANT_TRUE);
+    EXPECT_EQ(table->GetValues(nullptr), runtime_error + 5);
+    EXPECT_EQ(table->SetValues(nullptr), S_OK);
+    double value = 1;
+    EXPECT_EQ(table->get_Value(1, 1, &value), runtime_error + 9) << "no values any more";
+    EXPECT_EQ(value, 0);
 }
