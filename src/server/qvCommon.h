@@ -3,6 +3,7 @@
 #include "automation/object.h"
 #include "messages/qvCommon_options.h"
 #include "numeric/qvCommon_arrays.h"
+#include "text/qvCommon_conversions.h"
 #include "text/qvCommon_text.h"
 
 #include <qvObjects_contract.h>
@@ -11,4 +12,5 @@
 class qvCommon final : public automation::Object<qvCommon, faces::qvCommon>,
                        public qvCommon_options,
                        public qvCommon_text,
-                       public qvCommon_arrays {};
+                       public qvCommon_arrays,
+                       public qvCommon_conversions {};
