@@ -126,7 +126,7 @@ void qvFile_qvb::read(SAFEARRAY** target, VARTYPE type)
     parts.load_names(file);
 }
 
-void qvFile_qvb::WriteFile(const VARIANT& V, long* OutputDataType)
+void qvFile_qvb::WriteFile(const VARIANT& V, const long* OutputDataType)
 {
     const long output_type = OutputDataType ? *OutputDataType : default_output_type;
     write_new(file_, [&](DataFile& file) { write(file, V, output_type); });

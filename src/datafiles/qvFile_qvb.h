@@ -24,7 +24,7 @@ public:
     void ReadFile_Lng(SAFEARRAY** l) { read(l, VT_I4); }
     void ReadFile_Sng(SAFEARRAY** g) { read(g, VT_R4); }
     void ReadFile_Dbl(SAFEARRAY** d) { read(d, VT_R8); }
-    void WriteFile(const VARIANT& V, long* OutputDataType);
+    void WriteFile(const VARIANT& V, const long* OutputDataType);
     void WriteFile_Byte(SAFEARRAY** b) { write(b, VT_UI1); }
     void WriteFile_Int(SAFEARRAY** i) { write(i, VT_I2); }
     void WriteFile_Lng(SAFEARRAY** l) { write(l, VT_I4); }

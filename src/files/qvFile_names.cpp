@@ -7,9 +7,8 @@
 
 #include <string>
 
-using automation::referred;
 using automation::or_default;
-using automation::Text;
+using automation::referred;
 using automation::to_text;
 using files::text_of;
 
@@ -27,7 +26,7 @@ std::wstring found(std::wstring_view file, std::wstring_view application, long a
 
 } // namespace
 
-std::wstring_view qvFile_names::GetFile(BSTR* File, VARIANT_BOOL* NoExtension) noexcept
+std::wstring_view qvFile_names::GetFile(BSTR* File, const VARIANT_BOOL* NoExtension) noexcept
 {
     return or_default([&] { return files::GetFile(text_of(File), NoExtension && *NoExtension != VARIANT_FALSE); });
 }

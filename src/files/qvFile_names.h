@@ -9,7 +9,7 @@ class qvFile_names {
 
 public:
     std::wstring_view GetPath(BSTR File) { return files::GetPath(automation::view(File)); }
-    std::wstring_view GetFile(BSTR* File, VARIANT_BOOL* NoExtension) noexcept;
+    std::wstring_view GetFile(BSTR* File, const VARIANT_BOOL* NoExtension) noexcept;
     Text GetPathV(const VARIANT& vFile) { return Text{files::GetPath(automation::to_text(vFile))}; }
     Text GetFileV(const VARIANT& vFile) { return Text{files::GetFile(automation::to_text(vFile))}; }
     std::wstring qvDir(BSTR* sFile, BSTR* sAppPath) noexcept;

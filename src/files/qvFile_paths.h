@@ -74,7 +74,7 @@ public:
 
 private:
     /// The characters of an argument up to a closing NUL.
-    static const wchar_t* characters(BSTR argument) noexcept { return argument ? argument : L""; }
+    static const wchar_t* characters(const wchar_t* argument) noexcept { return argument ? argument : L""; }
 
     /// The path as the platform function changes it. Raises 5 for more than 260 characters.
     template <class Function, class... More>
