@@ -93,15 +93,23 @@ void put(IDispatch* object, const wchar_t* member, const Variant& value)
     invoke(object, member, is_object ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, parameters, false);
 }
 
+HRESULT ask_default_value(IUnknown* object, VARIANT& value) noexcept
+{
+    const CalculatesAsClient as_client;
+    const auto dispatch = query<IDispatch>(object); // held, as its code may take it from the place where it stands
+    DISPPARAMS none{};
+    value.vt = VT_EMPTY;
+    if (!dispatch)
+        return DISP_E_TYPEMISMATCH;
+    const HRESULT result = dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none,
+                                            &value, nullptr, nullptr);
+    return FAILED(result) ? DISP_E_TYPEMISMATCH : S_OK;
+}
+
 Variant default_value(IUnknown* object)
 {
-    const auto dispatch = query<IDispatch>(object);
-    DISPPARAMS none{};
     Variant value;
-    const CalculatesAsClient as_client;
-    if (!dispatch || FAILED(dispatch->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                             &none, &value, nullptr, nullptr)))
-        throw Error{Runtime::TypeMismatch};
+    check(ask_default_value(object, value));
     return value;
 }
 

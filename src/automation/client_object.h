@@ -20,4 +20,7 @@ void put(IDispatch* object, const wchar_t* member, const Variant& value);
 /// What an object stands for where a value is wanted: its default member. Raises 13 when it has none.
 Variant default_value(IUnknown* object);
 
+/// The same as a result code: DISP_E_TYPEMISMATCH. What `value` held is not let go.
+HRESULT ask_default_value(IUnknown* object, VARIANT& value) noexcept;
+
 } // namespace automation

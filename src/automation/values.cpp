@@ -1,6 +1,7 @@
 #include "automation/values.h"
 
 #include "automation/border.h"
+#include "automation/client_object.h"
 #include "automation/safe_array.h"
 
 namespace automation {
@@ -21,17 +22,36 @@ Variant::Variant(const VARIANT& other) : Variant{}
     check(VariantCopyInd(this, const_cast<VARIANT*>(&inner))); // reads it only
 }
 
+namespace {
+
+/// Converts what an object stands for. The object is asked here, not by the platform: its code runs in its own program's
+/// floating-point modes. A default value may be an object in turn.
+HRESULT change_object_type(VARIANT& target, const VARIANT& object, VARTYPE type) noexcept
+{
+    constexpr int most_objects = 16; // in a circle there is no end
+    Variant value;
+    IUnknown* asked = object.vt & VT_BYREF ? *object.ppunkVal : object.punkVal;
+    for (int i = 0; i < most_objects; ++i) {
+        Variant next;
+        if (const HRESULT result = ask_default_value(asked, next); FAILED(result))
+            return result;
+        value = std::move(next);
+        if (!holds_object(value))
+            return change_type(target, value, type);
+        asked = value.vt & VT_BYREF ? *value.ppunkVal : value.punkVal;
+    }
+    return DISP_E_TYPEMISMATCH;
+}
+
+} // namespace
+
 HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept
 {
     if (value.vt == (VT_VARIANT | VT_BYREF)) // what could not be followed
         return DISP_E_TYPEMISMATCH;
+    if (holds_object(value) && type != VT_DISPATCH && type != VT_UNKNOWN)
+        return change_object_type(target, value, type);
     auto* source = const_cast<VARIANT*>(&value); // which the platform reads only
-    Variant held;                                // an object's code may take it from the place where it stands
-    if (holds_object(value)) {
-        if (const HRESULT result = VariantCopyInd(&held, source); FAILED(result))
-            return result;
-        source = &held;
-    }
     return VariantChangeTypeEx(&target, source, LOCALE_USER_DEFAULT, VARIANT_LOCALBOOL, type);
 }
 

@@ -172,4 +172,19 @@ TEST_F(Processor, MembersOfTheClientsObjectsRunInItsModes)
     }};
     asking_call(common, L"GetNumbersFromStringCol", {L"1 2", static_cast<IDispatch*>(&list)});
     EXPECT_EQ(in_member, asking);
+
+    Modes in_default_value{};
+    DispatchObject number{{}, [&](DISPID, const DISPPARAMS&, VARIANT* result) {
+        in_default_value = Modes::now();
+        result->vt = VT_I4;
+        result->lVal = 2;
+        return S_OK;
+    }};
+    for (const auto& [member, text] : {std::pair{L"StringCut", L"ab"}, std::pair{L"Insert", L"|1"}}) {
+        in_default_value = {};
+        const std::vector<Value> arguments = member[0] == L'S' ? std::vector<Value>{text, L"b", static_cast<IDispatch*>(&number)}
+                                                               : std::vector<Value>{text, static_cast<IDispatch*>(&number)};
+        EXPECT_EQ(asking_call(common, member, arguments).result, S_OK);
+        EXPECT_EQ(in_default_value, asking) << "when " << member << " asks for its value";
+    }
 }
