@@ -122,6 +122,8 @@ Passing Call::passing() const noexcept
 HRESULT Call::pass_arguments(EXCEPINFO* exception) noexcept
 {
     const Passing how = passing();
+    if (how == Passing::Owned)
+        kept_ = Ref{object_};
     for (std::size_t i = 0; i < function_.parameters.size(); ++i) {
         const Parameter& parameter = function_.parameters[i];
         PassedArgument& argument = passed_.add();

@@ -50,7 +50,8 @@ HRESULT exception_of(HRESULT failure, EXCEPINFO* exception) noexcept;
 class Call {
 public:
     Call(void* object, const Function& function, const Arguments& arguments, bool sets_property, UINT* bad_argument) noexcept
-        : function_{function}, arguments_{arguments}, sets_property_{sets_property}, bad_argument_{bad_argument}, frame_{object}
+        : object_{static_cast<IUnknown*>(object)}, function_{function}, arguments_{arguments}, sets_property_{sets_property},
+          bad_argument_{bad_argument}, frame_{object}
     {
     }
 
@@ -64,6 +65,8 @@ private:
     void push_result(Variant& answer) noexcept;
     HRESULT give_back(bool failed) noexcept;
 
+    IUnknown* const object_;
+    Ref<IUnknown> kept_; ///< the same where code of the client runs before the member keeps its object itself
     const Function& function_;
     const Arguments& arguments_;
     bool sets_property_;

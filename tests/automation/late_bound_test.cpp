@@ -288,6 +288,16 @@ TEST_F(LateBound, ClientCodeThatRunsInTheMiddleTakesNothingAway)
     specimen.call(L"Fill", {Value::variable(typed), late});
     EXPECT_EQ(typed.vt, VT_ARRAY | VT_R8);
 
+    // the object itself may be let go of
+    auto* const alone = automation::make<Specimen>().release();
+    meddle = [&] { alone->Release(); };
+    value_of_object = 3;
+    VARIANT arguments[]{late};
+    DISPPARAMS parameters{arguments, nullptr, 1, 0};
+    Value twice;
+    EXPECT_EQ(alone->face<IDispatch>()->Invoke(specimen.id(L"Twice"), IID_NULL, 0, DISPATCH_METHOD, &parameters, &twice, nullptr, nullptr), S_OK);
+    EXPECT_EQ(twice.number(), 6);
+
     // elements are converted too
     meddle = [&] { number = L"gone"; };
     value_of_object = 1.5;
