@@ -4,6 +4,7 @@
 
 #include <array>
 #include <algorithm>
+#include <optional>
 
 namespace automation {
 namespace {
@@ -28,7 +29,7 @@ Error standard_error(const EXCEPINFO& exception)
     throw Error{standard.number(), std::wstring{text}, std::wstring{source}};
 }
 
-DISPID find(IDispatch* object, const wchar_t* member)
+std::optional<DISPID> find(IDispatch* object, const wchar_t* member)
 {
     if (!object)
         throw Error{Runtime::ObjectNotSet};
@@ -36,14 +37,12 @@ DISPID find(IDispatch* object, const wchar_t* member)
     auto name = const_cast<LPOLESTR>(member);
     const CalculatesAsClient as_client;
     if (FAILED(object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id)))
-        throw Error{Runtime::MemberNotSupported};
+        return std::nullopt;
     return id;
 }
 
-Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS& arguments, bool wants_result)
+Variant invoke(IDispatch* object, DISPID id, WORD flags, DISPPARAMS& arguments, bool wants_result)
 {
-    const Ref held{object}; // its own code may let go of it
-    const DISPID id = find(object, member);
     Variant result;
     EXCEPINFO exception{};
     const auto try_as = [&](WORD use) {
@@ -58,6 +57,15 @@ Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS&
         raise(exception);
     check(outcome);
     return result;
+}
+
+Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS& arguments, bool wants_result)
+{
+    const Ref held{object}; // its own code may let go of it
+    const auto id = find(object, member);
+    if (!id)
+        throw Error{Runtime::MemberNotSupported};
+    return invoke(object, *id, flags, arguments, wants_result);
 }
 
 Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, std::initializer_list<Variant> arguments, bool wants_result)
@@ -82,6 +90,15 @@ Variant get(IDispatch* object, const wchar_t* member, std::initializer_list<Vari
 void call(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments)
 {
     invoke(object, member, DISPATCH_METHOD, arguments, false);
+}
+
+Variant item(IDispatch* collection, const Variant& key)
+{
+    const Ref held{collection};
+    VARIANTARG argument = key;
+    DISPPARAMS parameters{&argument, nullptr, 1, 0};
+    const DISPID id = find(collection, L"Item").value_or(DISPID_VALUE);
+    return invoke(collection, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, true);
 }
 
 void put(IDispatch* object, const wchar_t* member, const Variant& value)

@@ -14,6 +14,9 @@ Variant get(IDispatch* object, const wchar_t* member, std::initializer_list<Vari
 /// Calls a method.
 void call(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments = {});
 
+/// An item of a collection: what its member Item gives, or its default member when it has none of that name.
+Variant item(IDispatch* collection, const Variant& key);
+
 /// Sets a property to a value, or to an object as `Set` does.
 void put(IDispatch* object, const wchar_t* member, const Variant& value);
 

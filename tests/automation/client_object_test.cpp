@@ -82,3 +82,16 @@ TEST(ClientObject, ErrorsItRaisesAreCompleted)
     EXPECT_EQ(raised({raises, 0, 0, nullptr}), (Told{440, L"Automation error"})) << "it says nothing";
     EXPECT_EQ(raised({raises, 0, static_cast<HRESULT>(0x800A0006), L"late", true}), (Told{6, L"late"}));
 }
+
+TEST(ClientObject, ItemsComeFromItemOrFromTheDefaultMember)
+{
+    const auto tell_member = [](DISPID member, const DISPPARAMS& arguments, VARIANT* result) {
+        *result = automation::Variant{long{member * 10 + arguments.rgvarg[0].lVal}}.release();
+        return S_OK;
+    };
+    DispatchObject with_item{{L"Count", L"Item"}, tell_member}, without{{L"Count"}, tell_member};
+    const automation::Variant third{3L};
+    EXPECT_EQ(automation::item(&with_item, third).lVal, 23);
+    EXPECT_EQ(automation::item(&without, third).lVal, 3);
+    EXPECT_THROW(automation::item(nullptr, third), automation::Error);
+}
