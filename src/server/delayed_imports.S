@@ -3,6 +3,7 @@
 
 #include "server/delayed_import.inc"
 
+        import  gdi32, GetDeviceCaps, 8
         import  gdi32, GetObjectType, 4
         import  gdi32, GetTextExtentPoint32W, 16
 
@@ -54,9 +55,11 @@
         import  user32, DispatchMessageW, 4
         import  user32, DrawTextExA, 24
         import  user32, GetActiveWindow, 0
+        import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
         import  user32, MessageBoxW, 16
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
+        import  user32, ReleaseDC, 8
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
