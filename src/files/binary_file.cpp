@@ -74,6 +74,17 @@ bool move(const Handle& file, const std::wstring& target, bool replaces) noexcep
     return SetFileInformationByHandle(file.get(), FileRenameInfo, information, static_cast<DWORD>(size));
 }
 
+/// Why a file could not be moved to this place: another program that was quicker may be writing a file of its own there, which
+/// the system tells like a missing right.
+DWORD why_not_moved_to(const std::wstring& path) noexcept
+{
+    const DWORD failure = GetLastError();
+    if (failure != ERROR_ACCESS_DENIED)
+        return failure;
+    const Handle there = open(path, GENERIC_READ, OPEN_EXISTING);
+    return !there && GetLastError() == ERROR_SHARING_VIOLATION ? ERROR_SHARING_VIOLATION : failure;
+}
+
 /// Gives why it failed, 0 where it did not. A file that could not be deleted afterwards stays where it is.
 DWORD move_away(const std::wstring& path, const std::wstring& name) noexcept
 {
@@ -130,7 +141,7 @@ void BinaryFile::replace()
         move_former_away();
         Patience patience{path_, name_of_new_};
         while (!move(file_, path_, true))
-            if (const DWORD failure = GetLastError(); !patience.tries_again(failure))
+            if (const DWORD failure = why_not_moved_to(path_); !patience.tries_again(failure))
                 raise_file_error(failure);
     } catch (...) {
         put_former_back();
