@@ -82,6 +82,15 @@ std::wstring_view slice_of(std::wstring_view text) noexcept
     return text.substr(0, size);
 }
 
+/// How many bytes a character has that begins with this one; 1 for a byte that begins none.
+std::size_t size_by_first_byte(char byte) noexcept
+{
+    const auto first = static_cast<unsigned char>(byte);
+    if (GetACP() == CP_UTF8)
+        return first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
+    return IsDBCSLeadByte(first) ? 2 : 1;
+}
+
 /// UTF-8 has every character and takes no flags.
 DWORD encoding_flags() noexcept
 {
@@ -126,6 +135,18 @@ std::size_t whole_characters(std::string_view bytes) noexcept
     while (whole > 0 && !is_single(bytes[whole - 1]))
         --whole;
     return whole;
+}
+
+std::string_view without_cut_character(std::string_view bytes) noexcept
+{
+    std::size_t place = whole_characters(bytes);
+    while (place < bytes.size()) {
+        const std::size_t size = size_by_first_byte(bytes[place]);
+        if (size > bytes.size() - place)
+            return bytes.substr(0, place);
+        place += size;
+    }
+    return bytes;
 }
 
 void append_encoded(std::string& bytes, std::wstring_view text)

@@ -16,6 +16,9 @@ std::size_t decode(std::string_view bytes, wchar_t* text);
 /// How many of these bytes, the start of a longer text, are whole characters for sure; 0 when that can't be told.
 std::size_t whole_characters(std::string_view bytes) noexcept;
 
+/// These bytes, which begin with a character and were cut somewhere, without what a last character has lost its end of.
+std::string_view without_cut_character(std::string_view bytes) noexcept;
+
 /// Appends the bytes of a text. Characters outside the code page become its default character, never a similar one.
 void append_encoded(std::string& bytes, std::wstring_view text);
 

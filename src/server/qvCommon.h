@@ -1,6 +1,7 @@
 #pragma once
 
 #include "automation/object.h"
+#include "ini/qvCommon_settings.h"
 #include "messages/qvCommon_options.h"
 #include "numeric/qvCommon_arrays.h"
 #include "text/qvCommon_conversions.h"
@@ -13,4 +14,5 @@ class qvCommon final : public automation::Object<qvCommon, faces::qvCommon>,
                        public qvCommon_options,
                        public qvCommon_text,
                        public qvCommon_arrays,
-                       public qvCommon_conversions {};
+                       public qvCommon_conversions,
+                       public qvCommon_settings {};

@@ -97,3 +97,32 @@ TEST_F(CodePages, DataFilesKeepTheirNames)
     EXPECT_EQ(client::told(read), L"Double 0,0: (1.5)(2.5)");
     EXPECT_EQ(client::told(matrix.call(L"ObjNames")), L"String 0: '" + text + L"' 'x'");
 }
+
+TEST_F(CodePages, ProfileFilesKeepTheirTexts)
+{
+    const Object api = Object::create(L"qvObjects.qvAPI");
+    const std::wstring path = folder.file(text + L"ini");
+    std::wstring long_text;
+    while (encoded(long_text).size() < 240)
+        long_text += text;
+    api.call(L"WritePPs", {text, text, text, path});
+    // Characters of several bytes are cut at each of their bytes.
+    for (const wchar_t* shift : {L"", L"1", L"12", L"123"}) {
+        const std::wstring value = shift + long_text + long_text;
+        api.call(L"WritePPs", {L"Long", L"k", value, path});
+        Value read;
+        const long length = api.call(L"GetPPs", {L"Long", L"k", Value::variable(read), path}).number();
+        std::wstring got = read.text();
+        EXPECT_EQ(got.size(), static_cast<std::size_t>(length));
+        got.resize(got.find_last_not_of(L' ') + 1); // the system may leave a blank where no character had room
+        EXPECT_TRUE(value.starts_with(got) && encoded(got).size() > 240) << got;
+    }
+    Value items, names, value;
+    EXPECT_EQ(api.call(L"GetPPSectionStr", {text, Value::variable(items), path}).number(), 1);
+    EXPECT_EQ(client::told(items), L"String 0,0: ('' '" + text + L"')('' '" + text + L"')");
+    EXPECT_EQ(api.call(L"GetPPSectionNamesStr", {Value::variable(names), path}).number(), 2);
+    EXPECT_EQ(client::told(names), L"String 0: '' '" + text + L"' 'Long'");
+    api.call(L"GetPPs", {text, text, Value::variable(value), path});
+    EXPECT_EQ(value.text(), text);
+    EXPECT_EQ(api.call(L"GetPPs2", {text, text, L"none", path}).text(), text);
+}
