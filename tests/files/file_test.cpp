@@ -5,6 +5,7 @@
 #include "support/client.h"
 #include "support/error_of.h"
 
+#include <algorithm>
 #include <random>
 
 using client::Folder;
@@ -166,6 +167,21 @@ TEST(CodePage, LongTextsAreWhatThePlatformMakesOfThem)
         back.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, expected.data(), static_cast<int>(expected.size()),
                                                                  back.data(), static_cast<int>(back.size()), nullptr, nullptr)));
         EXPECT_EQ(encoded(expected), back);
+    }
+}
+
+TEST(CodePage, ACutTextLosesNoMoreThanItsLastCharacter)
+{
+    for (const std::wstring text : {L"a\u8868\u30BD\uFF71b\u65E5\u672C\u8A9E\u30DC", L"\u65E5\u672C", L"Gr\u00F6\u00DFe", L""}) {
+        std::string bytes;
+        std::vector<std::size_t> ends{0}; // of its characters
+        for (const wchar_t letter : text) {
+            bytes += encoded({&letter, 1});
+            ends.push_back(bytes.size());
+        }
+        for (std::size_t size = 0; size <= bytes.size(); ++size)
+            EXPECT_EQ(automation::without_cut_character(std::string_view{bytes}.substr(0, size)).size(),
+                      *(std::ranges::upper_bound(ends, size) - 1)) << size;
     }
 }
 
