@@ -223,6 +223,9 @@ TEST_F(Profile, SectionsAndNamesIntoADictionary)
     EXPECT_EQ(dictionary.call(L"Item", {L"Two"}).text(), L"Two");
     EXPECT_FALSE(dictionary.call(L"Exists", {L"a"}).flag());
 
+    const std::wstring twice = folder.write(L"twice.ini", "[Main]\r\na=1\r\na=2\r\n");
+    EXPECT_EQ(api.try_call(L"GetPPSectionDic", {L"Main", dictionary, twice}).number(), 457) << "a dictionary has each key once";
+
     DispatchObject refuses{{L"RemoveAll", L"Add"}, [](DISPID member, const DISPPARAMS&, VARIANT*) {
                                return member == 2 ? key_exists : S_OK;
                            }};
