@@ -1,6 +1,7 @@
 // Objects that live in another apartment than their client, which meets proxies of them.
 #include "support/client.h"
 #include "support/dispatch_object.h"
+#include "support/own_process.h"
 
 #include <qvObjects.h>
 
@@ -99,38 +100,7 @@ void hear_of_events(IDispatch& file)
     EXPECT_EQ(heard, 2);
 }
 
-template <class Interface>
-ComPtr<Interface> create(const wchar_t* program)
-{
-    CLSID id{};
-    ComPtr<Interface> made;
-    EXPECT_EQ(CLSIDFromProgID(program, &id), S_OK);
-    EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface), reinterpret_cast<void**>(made.GetAddressOf())), S_OK);
-    return made;
-}
-
 constexpr wchar_t own_process[] = L"TEST_IN_A_PROCESS_OF_ITS_OWN";
-
-/// Runs a test of this program again in a process of its own, where the variable above is set; its exit code.
-DWORD run_in_own_process(const std::wstring& test)
-{
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring{program} + L"\" --gtest_brief=1 --gtest_filter=" + test;
-    STARTUPINFOW start{};
-    PROCESS_INFORMATION process{};
-    SetEnvironmentVariableW(own_process, L"1");
-    const BOOL runs = CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process);
-    SetEnvironmentVariableW(own_process, nullptr);
-    if (!runs)
-        return ~0u;
-    DWORD code = ~0u;
-    WaitForSingleObject(process.hProcess, 60000);
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return code;
-}
 
 class OtherApartments : public testing::Test {
 protected:
@@ -163,13 +133,16 @@ TEST_F(OtherApartments, HearOfEvents)
 TEST(MultithreadedClients, HaveTheirObjectsInAnApartmentOfThePlatforms)
 {
     if (GetEnvironmentVariableW(own_process, nullptr, 0) == 0) { // Wine never lets go of a class that such a client asked for
-        EXPECT_EQ(run_in_own_process(L"MultithreadedClients.HaveTheirObjectsInAnApartmentOfThePlatforms"), 0u);
+        SetEnvironmentVariableW(own_process, L"1");
+        const client::OwnProcess process{L"MultithreadedClients.HaveTheirObjectsInAnApartmentOfThePlatforms"};
+        SetEnvironmentVariableW(own_process, nullptr);
+        EXPECT_EQ(process.exit_code(), 0u);
         return;
     }
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    if (const auto common = create<_qvCommon>(L"qvObjects.qvCommon"))
+    if (const auto common = query<_qvCommon>(Object::create(L"qvObjects.qvCommon").dispatch()))
         call_late_and_early_bound(*common.Get());
-    if (const auto file = create<IDispatch>(L"qvObjects.qvFile"))
-        hear_of_events(*file.Get());
+    if (const Object file = Object::create(L"qvObjects.qvFile"))
+        hear_of_events(*file.dispatch());
     CoUninitialize();
 }

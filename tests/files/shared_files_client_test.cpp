@@ -1,4 +1,5 @@
 // One file, several programs that write and read it at the same time. This program starts itself again for each of them.
+#include "support/own_process.h"
 #include "support/tables.h"
 
 #include <algorithm>
@@ -36,47 +37,6 @@ void repeat(const Action& action)
     EXPECT_GT(times, 2) << "too slow to tell";
 }
 
-class Process {
-public:
-    explicit Process(std::wstring_view role)
-    {
-        wchar_t program[MAX_PATH];
-        GetModuleFileNameW(nullptr, program, MAX_PATH);
-        std::wstring line = L"\"" + std::wstring{program} + L"\" --gtest_also_run_disabled_tests --gtest_brief=1 --gtest_filter=SharedFileRole.DISABLED_"
-                          + std::wstring{role};
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process_));
-    }
-    Process(Process&& other) noexcept : process_{std::exchange(other.process_, {})} {}
-    ~Process()
-    {
-        CloseHandle(process_.hThread);
-        CloseHandle(process_.hProcess);
-    }
-    bool succeeds() const
-    {
-        DWORD code = 1;
-        EXPECT_EQ(WaitForSingleObject(process_.hProcess, 60'000), WAIT_OBJECT_0);
-        GetExitCodeProcess(process_.hProcess, &code);
-        return code == 0;
-    }
-
-private:
-    PROCESS_INFORMATION process_{};
-};
-
-/// Runs one process in each of these roles, all with a file that is there from the start.
-void run_together(std::initializer_list<const wchar_t*> roles, const std::wstring& path)
-{
-    SetEnvironmentVariableW(path_variable, path.c_str());
-    std::vector<Process> processes;
-    for (const wchar_t* role : roles)
-        processes.emplace_back(role);
-    for (std::size_t i = 0; i < processes.size(); ++i)
-        EXPECT_TRUE(processes[i].succeeds()) << *(roles.begin() + i);
-}
-
 void save_ini(const std::wstring& path, unsigned writer)
 {
     const Object ini = Object::create(L"qvObjects.qvIniFile");
@@ -95,113 +55,95 @@ void save_nif(const std::wstring& path, unsigned writer)
     EXPECT_TRUE(nif.call(L"Save", {path}).flag());
 }
 
-Value matrix(unsigned writer)
+void save_qvb(const std::wstring& path, unsigned writer)
 {
     Value all = client::array(VT_I4, {{lines + writer % 7, 0}, {30, 0}}, {});
     std::fill_n(static_cast<long*>(all.parray->pvData), (lines + writer % 7) * 30, static_cast<long>(writer));
-    return all;
+    const Object file = Object::create(L"qvObjects.qvFile_qvb");
+    file.put(L"File", {path});
+    const Outcome outcome = file.try_call(L"WriteFile", {all});
+    EXPECT_TRUE(outcome.result == S_OK || outcome.number() == 70) << outcome.number();
+}
+
+void load_ini(const std::wstring& path)
+{
+    const Object ini = Object::create(L"qvObjects.qvIniFile");
+    ini.call(L"Load", {path});
+    const Object parameters = ini.object(L"qvIniSection_Parameter");
+    ASSERT_EQ(parameters.call(L"Count").number(), lines);
+    const auto value = [&](int i) { return parameters.object(L"Item", {i}).call(L"Value").text(); };
+    const std::wstring first = value(1);
+    for (int i = 2; i <= lines; ++i)
+        ASSERT_EQ(value(i), first) << i;
+}
+
+void load_nif(const std::wstring& path)
+{
+    const Object nif = Object::create(L"qvObjects.qvFile_Nif");
+    ASSERT_TRUE(nif.call(L"Load", {path}).flag()) << "it was there all the time";
+    ASSERT_EQ(nif.call(L"m").number(), lines);
+    const double first = nif.call(L"Value", {1, 1}).dblVal;
+    for (int i = 2; i <= lines; ++i)
+        ASSERT_EQ(nif.call(L"Value", {i, 1}).dblVal, first) << i;
+}
+
+void load_qvb(const std::wstring& path)
+{
+    const Object file = Object::create(L"qvObjects.qvFile_qvb");
+    file.put(L"File", {path});
+    Value all;
+    const Outcome outcome = file.try_call(L"ReadFile", {Value::variable(all)});
+    ASSERT_TRUE(outcome.result == S_OK || outcome.number() == 70) << outcome.number();
+    if (outcome.result != S_OK)
+        return;
+    ASSERT_EQ(all.vt, VT_ARRAY | VT_I4);
+    const ULONG count = all.parray->rgsabound[0].cElements * all.parray->rgsabound[1].cElements;
+    const auto* const first = static_cast<const long*>(all.parray->pvData);
+    ASSERT_EQ(all.parray->rgsabound[1].cElements, lines + static_cast<ULONG>(*first) % 7);
+    ASSERT_EQ(std::find_if(first, first + count, [&](long number) { return number != *first; }), first + count);
+}
+
+/// A kind of file: how a writer saves it, and how a reader finds it to be of one writer.
+struct Kind {
+    const wchar_t* extension;
+    void (*save)(const std::wstring& path, unsigned writer);
+    void (*load)(const std::wstring& path);
+};
+const Kind kinds[]{{L".ini", save_ini, load_ini}, {L".nif", save_nif, load_nif}, {L".qvb", save_qvb, load_qvb}};
+
+const Kind& kind_of(const std::wstring& path)
+{
+    return *std::ranges::find_if(kinds, [&](const Kind& kind) { return path.ends_with(kind.extension); });
 }
 
 } // namespace
 
-TEST(SharedFileRole, DISABLED_SaveIni)
+TEST(SharedFileRole, DISABLED_Save)
 {
     const client::Apartment apartment;
-    repeat([](unsigned turn) { save_ini(shared_path(), turn); });
+    repeat([path = shared_path()](unsigned turn) { kind_of(path).save(path, turn); });
 }
 
-TEST(SharedFileRole, DISABLED_LoadIni)
+TEST(SharedFileRole, DISABLED_Load)
 {
     const client::Apartment apartment;
-    repeat([](unsigned) {
-        const Object ini = Object::create(L"qvObjects.qvIniFile");
-        ini.call(L"Load", {shared_path()});
-        const Object parameters = ini.object(L"qvIniSection_Parameter");
-        ASSERT_EQ(parameters.call(L"Count").number(), lines);
-        const auto value = [&](int i) { return parameters.object(L"Item", {i}).call(L"Value").text(); };
-        const std::wstring first = value(1);
-        for (int i = 2; i <= lines; ++i)
-            ASSERT_EQ(value(i), first) << i;
-    });
+    repeat([path = shared_path()](unsigned) { kind_of(path).load(path); });
 }
 
-TEST(SharedFileRole, DISABLED_SaveNif)
+// A file that is there from the start.
+TEST(SharedFile, IsReadAsAWholeOrRefused)
 {
     const client::Apartment apartment;
-    repeat([](unsigned turn) { save_nif(shared_path(), turn); });
-}
-
-TEST(SharedFileRole, DISABLED_LoadNif)
-{
-    const client::Apartment apartment;
-    repeat([](unsigned) {
-        const Object nif = Object::create(L"qvObjects.qvFile_Nif");
-        ASSERT_TRUE(nif.call(L"Load", {shared_path()}).flag()) << "it was there all the time";
-        ASSERT_EQ(nif.call(L"m").number(), lines);
-        const double first = nif.call(L"Value", {1, 1}).dblVal;
-        for (int i = 2; i <= lines; ++i)
-            ASSERT_EQ(nif.call(L"Value", {i, 1}).dblVal, first) << i;
-    });
-}
-
-TEST(SharedFileRole, DISABLED_WriteQvb)
-{
-    const client::Apartment apartment;
-    const Object file = Object::create(L"qvObjects.qvFile_qvb");
-    file.put(L"File", {shared_path()});
-    repeat([&](unsigned turn) {
-        const Outcome outcome = file.try_call(L"WriteFile", {matrix(turn)});
-        ASSERT_TRUE(outcome.result == S_OK || outcome.number() == 70) << outcome.number();
-    });
-}
-
-TEST(SharedFileRole, DISABLED_ReadQvb)
-{
-    const client::Apartment apartment;
-    const Object file = Object::create(L"qvObjects.qvFile_qvb");
-    file.put(L"File", {shared_path()});
-    repeat([&](unsigned) {
-        Value all;
-        const Outcome outcome = file.try_call(L"ReadFile", {Value::variable(all)});
-        ASSERT_TRUE(outcome.result == S_OK || outcome.number() == 70) << outcome.number();
-        if (outcome.result != S_OK)
-            return;
-        ASSERT_EQ(all.vt, VT_ARRAY | VT_I4);
-        const ULONG count = all.parray->rgsabound[0].cElements * all.parray->rgsabound[1].cElements;
-        const auto* const first = static_cast<const long*>(all.parray->pvData);
-        ASSERT_EQ(all.parray->rgsabound[1].cElements, lines + static_cast<ULONG>(*first) % 7);
-        ASSERT_EQ(std::find_if(first, first + count, [&](long number) { return number != *first; }), first + count);
-    });
-}
-
-class SharedFile : public testing::Test {
-protected:
-    client::Apartment apartment;
-    Folder folder;
-};
-
-TEST_F(SharedFile, IniIsLoadedAsAWhole)
-{
-    const std::wstring path = folder.file(L"Shared.ini");
-    save_ini(path, 1);
-    run_together({L"SaveIni", L"SaveIni", L"LoadIni", L"LoadIni"}, path);
-    EXPECT_EQ(folder.size(), 1);
-}
-
-TEST_F(SharedFile, NifIsLoadedAsAWhole)
-{
-    const std::wstring path = folder.file(L"Shared.nif");
-    save_nif(path, 1);
-    run_together({L"SaveNif", L"SaveNif", L"LoadNif", L"LoadNif"}, path);
-    EXPECT_EQ(folder.size(), 1);
-}
-
-TEST_F(SharedFile, QvbIsReadAsAWholeOrRefused)
-{
-    const std::wstring path = folder.file(L"Shared.qvb");
-    const Object file = Object::create(L"qvObjects.qvFile_qvb");
-    file.put(L"File", {path});
-    file.call(L"WriteFile", {matrix(1)});
-    run_together({L"WriteQvb", L"WriteQvb", L"ReadQvb", L"ReadQvb"}, path);
-    EXPECT_EQ(folder.size(), 1);
+    for (const Kind& kind : kinds) {
+        const Folder folder;
+        const std::wstring path = folder.file(std::wstring{L"Shared"} + kind.extension);
+        kind.save(path, 1);
+        SetEnvironmentVariableW(path_variable, path.c_str());
+        std::vector<client::OwnProcess> processes;
+        for (const wchar_t* role : {L"Save", L"Save", L"Load", L"Load"})
+            processes.emplace_back(std::wstring{L"SharedFileRole.DISABLED_"} + role);
+        for (const client::OwnProcess& process : processes)
+            EXPECT_EQ(process.exit_code(), 0u) << path;
+        EXPECT_EQ(folder.size(), 1);
+    }
 }
