@@ -1,12 +1,10 @@
-#include "support/client.h"
-#include "support/dispatch_object.h"
+#include "support/item_listener.h"
 #include "support/link.h"
 #include "support/message_box.h"
 
-#include <qvObjects.h>
-
 #include <filesystem>
 
+using client::ItemListener;
 using client::Link;
 using client::Object;
 using client::Value;
@@ -50,49 +48,6 @@ private:
     const std::filesystem::path came_from_ = current_path();
 };
 
-/// Hears of what a walk finds. Its handler says whether the walk shall end.
-class Listener {
-public:
-    using Handler = std::function<bool(std::wstring_view name)>;
-
-    Listener(const Object& file, Handler handler) : handler_{std::move(handler)}
-    {
-        IConnectionPointContainer* container = nullptr;
-        EXPECT_EQ(file.dispatch()->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)), S_OK);
-        EXPECT_EQ(container->FindConnectionPoint(__uuidof(__qvFile), &point_), S_OK);
-        container->Release();
-        EXPECT_EQ(point_->Advise(&sink_, &cookie_), S_OK);
-    }
-    ~Listener() { let_go(); }
-
-    void let_go()
-    {
-        if (!point_)
-            return;
-        point_->Unadvise(cookie_);
-        std::exchange(point_, nullptr)->Release();
-    }
-
-    Names found; ///< path and name, a "|" between them
-
-private:
-    HRESULT hear(DISPID event, const DISPPARAMS& arguments)
-    {
-        const VARIANTARG &path = arguments.rgvarg[2], &name = arguments.rgvarg[1], &cancel = arguments.rgvarg[0];
-        EXPECT_TRUE(event == 1 && arguments.cArgs == 3);
-        EXPECT_TRUE(path.vt == VT_BSTR && name.vt == VT_BSTR && cancel.vt == (VT_BYREF | VT_BOOL));
-        found.push_back(std::wstring{path.bstrVal} + L"|" + name.bstrVal);
-        if (handler_(name.bstrVal))
-            *cancel.pboolVal = VARIANT_TRUE;
-        return S_OK;
-    }
-
-    Handler handler_;
-    DispatchObject sink_{{L"ItemFound"}, [this](DISPID event, auto& arguments, VARIANT*) { return hear(event, arguments); }};
-    IConnectionPoint* point_ = nullptr;
-    DWORD cookie_ = 0;
-};
-
 class Walks : public Folders {
 protected:
     Walks()
@@ -103,9 +58,9 @@ protected:
     }
 
     /// What is found, each without the path of the folder.
-    Names walk(const wchar_t* pattern, long flags = 0, long attributes = 0, const Listener::Handler& ends_at = goes_on) const
+    Names walk(const wchar_t* pattern, long flags = 0, long attributes = 0, const ItemListener::Handler& ends_at = goes_on) const
     {
-        Listener listener{file, ends_at};
+        ItemListener listener{file, ends_at};
         file.call(L"WalkDirTree", {folder.path(), pattern, flags, attributes});
         for (std::wstring& one : listener.found)
             if (one.starts_with(folder.path()))
@@ -195,7 +150,7 @@ TEST_F(Walks, EndWhenAHandlerSaysSo)
 TEST_F(Walks, KeepTheirObject)
 {
     IDispatch* const object = file.dispatch();
-    Listener listener{file, [&](auto) {
+    ItemListener listener{file, [&](auto) {
                           listener.let_go();
                           object->AddRef();
                           file = Object{};
