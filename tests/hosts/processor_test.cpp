@@ -87,8 +87,8 @@ TEST_F(Processor, ListsAndTablesMayHoldNaN)
 
 TEST_F(Processor, WhatIsBeyondADoubleIsAnOverflow)
 {
-    client::expect_error(asking_call(math, L"MMult", {1e300, 1e300}), 6, L"Overflow");
-    client::expect_error(asking_call(math, L"MMult", {L"1e308", L"1e308"}), 6, L"Overflow");
+    for (const Value& large : {Value{1e300}, Value{L"1e308"}, table(VT_R8, 0, 0, {{1e300}})})
+        client::expect_error(asking_call(math, L"MMult", {large, large}), 6, L"Overflow");
     client::expect_error(math.try_call(L"MMult", {1e300, 1e300}), 6, L"Overflow");
 }
 

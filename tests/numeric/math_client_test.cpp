@@ -1,9 +1,5 @@
 #include "numeric/client_fixture.h"
 
-#include <xmmintrin.h>
-
-#include <cmath>
-
 using client::list;
 using client::Outcome;
 using client::table;
@@ -108,19 +104,6 @@ TEST_F(Math, TransposeKeepsTypeAndBounds)
         EXPECT_EQ(math.call(L"Transpose", {other}).vt, VT_EMPTY);
     for (const Value& other : {list(0, {1, 2}), undimensioned})
         expect_failure(math, L"Transpose", {other}, subscript);
-}
-
-TEST_F(Math, ProgramsThatAskTheProcessorForExceptionsGetErrors)
-{
-    const Value large = table(VT_R8, 0, 0, {{1e200}}), unknown = table(VT_R8, 0, 0, {{NAN}, {1}});
-    const unsigned usual = _mm_getcsr(), asking = usual & ~(_MM_MASK_OVERFLOW | _MM_MASK_INVALID | _MM_MASK_DIV_ZERO);
-    _mm_setcsr(asking);
-    const Outcome product = math.try_call(L"MMult", {large, large}), greatest = common.try_call(L"max", {unknown});
-    const unsigned after = _mm_getcsr();
-    _mm_setcsr(usual);
-    expect_error(product, overflow);
-    EXPECT_EQ(greatest.result, S_OK);
-    EXPECT_EQ(after, asking);
 }
 
 } // namespace
