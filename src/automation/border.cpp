@@ -112,6 +112,14 @@ HRESULT answer_out_of_memory() noexcept
     return result_code(static_cast<std::int32_t>(Runtime::OutOfMemory));
 }
 
+HRESULT answer_rule(void (*rule)(void* work), void* work) noexcept
+{
+    return answer_code([&] {
+        rule(work);
+        return S_OK;
+    });
+}
+
 HRESULT answer_exception() noexcept
 {
     try {

@@ -69,6 +69,17 @@ HRESULT answer_code(Rule&& rule) noexcept
     }
 }
 
+/// What `answer` has in common for all members, once for all of them: calls `rule` with what it works on, within the border.
+HRESULT answer_rule(void (*rule)(void* work), void* work) noexcept;
+
+/// The body of a member that gives nothing.
+template <class Rule>
+HRESULT answer(Rule&& rule) noexcept
+{
+    using Work = std::remove_reference_t<Rule>;
+    return answer_rule([](void* work) { (*static_cast<Work*>(work))(); }, const_cast<std::remove_const_t<Work>*>(&rule));
+}
+
 /// The body of a member that gives something: stores what `rule` returns, or answers its exception.
 template <class Result, class Rule>
 HRESULT answer(Result* result, Rule&& rule) noexcept
@@ -76,20 +87,7 @@ HRESULT answer(Result* result, Rule&& rule) noexcept
     if (!result)
         return E_POINTER;
     *result = Result{};
-    return answer_code([&] {
-        store(result, rule());
-        return S_OK;
-    });
-}
-
-/// The body of a member that gives nothing.
-template <class Rule>
-HRESULT answer(Rule&& rule) noexcept
-{
-    return answer_code([&] {
-        rule();
-        return S_OK;
-    });
+    return answer([&] { store(result, rule()); });
 }
 
 /// The body of a function that the platform calls back, a window procedure or an enumeration's: what `rule` returns, or
