@@ -33,13 +33,13 @@ CheckError "a value that is no array", -2147221399, "qvObjects", """V"" ist kein
 common.qvObjectsInit "Language", 1
 file.WriteFile 5
 CheckError "the same in English", -2147221399, "qvObjects", """V"" isn't an array!"
-common.qvObjectsInit "Language", 0
 table.Value(9, 9) = 1
-CheckError "a cell that is not there", 9, "qvObjects", "Subscript out of range"
+CheckError "a cell that is not there, with the runtime's text in any language", 9, "qvObjects", "Subscript out of range"
 table.Load "tests\clients\data_files.vbs"
 CheckError "a file of another kind", -2147221503, "Nif-File", "Fehler beim einlesen. Datei entspricht nicht dem NIF-Format."
 common.Sort 5
 CheckError "sorting no array", 13, "qvObjects", "Type mismatch"
+common.qvObjectsInit "Language", 0
 On Error GoTo 0
 
 ' A table as text

@@ -9,7 +9,10 @@
 #include <oleauto.h>
 
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -256,11 +259,8 @@ public:
     /// Writes a file of these bytes and gives its path.
     std::wstring write(std::wstring_view name, std::string_view bytes) const
     {
-        const std::wstring path = file(name);
-        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-        DWORD written = 0;
-        WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-        CloseHandle(handle);
+        const std::filesystem::path path = file(name);
+        std::ofstream{path, std::ios::binary} << bytes;
         return path;
     }
     /// The same, with nothing but zeros behind these bytes up to this size.
@@ -277,27 +277,11 @@ public:
         return path;
     }
     /// How many entries the folder has.
-    int size() const
-    {
-        WIN32_FIND_DATAW found;
-        const HANDLE search = FindFirstFileW(file(L"*").c_str(), &found);
-        int count = -2; // for "." and ".."
-        for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found))
-            ++count;
-        FindClose(search);
-        return count;
-    }
+    auto size() const { return std::distance(std::filesystem::directory_iterator{path_}, {}); }
     static std::string read(const std::wstring& path)
     {
-        std::string bytes;
-        const HANDLE handle = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-        if (handle == INVALID_HANDLE_VALUE)
-            return "(no file)";
-        bytes.resize(GetFileSize(handle, nullptr));
-        DWORD got = 0;
-        ReadFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-        CloseHandle(handle);
-        return bytes;
+        std::ifstream file{std::filesystem::path{path}, std::ios::binary};
+        return file ? std::string{std::istreambuf_iterator<char>{file}, {}} : "(no file)";
     }
 
 private:
