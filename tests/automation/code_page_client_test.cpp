@@ -39,15 +39,6 @@ protected:
 
 } // namespace
 
-TEST_F(CodePages, MembersAreFoundByName)
-{
-    const Object common = Object::create(L"qvObjects.qvCommon");
-    for (const wchar_t* name : {L"Anf\u00FC", L"ANF\u00DC", L"anf\u00FC"})
-        EXPECT_EQ(common.call(name, {text}).text(), L"\"" + text + L"\"");
-    EXPECT_EQ(common.call(L"qvTrim", {L" " + text + L" "}).text(), text);
-    EXPECT_EQ(Object::create(L"qvObjects.qvFile").call(L"GetFile", {L"C:\\" + text}).text(), text);
-}
-
 TEST_F(CodePages, IniFilesKeepTheirTexts)
 {
     std::wstring long_text = text;

@@ -39,8 +39,6 @@ bool is_beyond(double outcome, double a, double b)
 /// The product of two elements; none where it is beyond a Double.
 std::optional<double> product(double a, double b, Arithmetic arithmetic)
 {
-    if (arithmetic == Arithmetic::Whole)
-        return static_cast<double>(static_cast<std::int64_t>(a) * static_cast<std::int64_t>(b));
     if (arithmetic == Arithmetic::Single) {
         const auto x = static_cast<float>(a), y = static_cast<float>(b);
         if (const float single = x * y; !is_beyond(single, x, y))
@@ -125,25 +123,6 @@ TEST_F(Products, knowInfinitiesAndNansThatComeInFromNumbersThatGrewTooLarge)
         EXPECT_GT(in_range, 50);
         EXPECT_TRUE(arithmetic == Arithmetic::Double ? beyond > 50 : beyond == 0) << "products of Singles are always in range";
     }
-}
-
-TEST_F(Products, ofATableAndANumber)
-{
-    const std::vector<double> whole{0, -1, 5, 2147483647, -2147483648.}, singles{0., -0., 3e38f, 1.1f, infinity, nan, 1e-40f};
-    const std::vector<double> doubles{0., -0., huge, denormal, -1.8, infinity, -infinity, nan};
-    int beyond = 0;
-    for (const auto& [arithmetic, numbers] :
-         {std::pair{Arithmetic::Whole, whole}, {Arithmetic::Single, singles}, {Arithmetic::Double, doubles}})
-        for (const double number : numbers)
-            for (const double element : numbers) {
-                Matrix table{2, 1, element};
-                const auto expected = product(number, element, arithmetic);
-                EXPECT_EQ(multiply(table.table(), number, table.table(), arithmetic), expected.has_value());
-                const auto is_expected = [&](double cell) { return !expected || same(cell, *expected); };
-                EXPECT_TRUE(std::ranges::all_of(table.cells, is_expected)) << number << " * " << element;
-                beyond += !expected;
-            }
-    EXPECT_EQ(beyond, 3); // the square of the huge one, and it with -1.8 either way
 }
 
 TEST(Transposition, exchangesRowsAndColumns)
