@@ -258,6 +258,7 @@ TEST_F(ClassTable, ClassesAreMadeOrNotAsTheirInstancingSays)
             continue;
         }
         const Object object = Object::create(program.c_str());
+        ASSERT_TRUE(object);
         bool has_events = false;
         for (UINT i = 0; i < type.attributes().cImplTypes; ++i) {
             const GUID id = type.implemented(i).attributes().guid;
