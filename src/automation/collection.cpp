@@ -16,11 +16,6 @@ std::size_t position_from(long number, std::size_t count)
     return static_cast<std::size_t>(number) - 1;
 }
 
-std::size_t position_from(const VARIANT& index, std::size_t count)
-{
-    return position_from(number_from(index), count);
-}
-
 std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept
 {
     const VARIANT& value = followed(index);

@@ -56,9 +56,6 @@ long number_from(const VARIANT& index);
 /// The position from 0 that a number from 1 names in a list of `count` items. Raises 9 outside of it.
 std::size_t position_from(long number, std::size_t count);
 
-/// The same for a client's index, in a list that the client's code does not reach.
-std::size_t position_from(const VARIANT& index, std::size_t count);
-
 /// The key that an index is; none where it is a position.
 std::optional<std::wstring_view> key_from(const VARIANT& index) noexcept;
 
