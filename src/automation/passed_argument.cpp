@@ -59,17 +59,6 @@ HRESULT convert_array(Variant& target, const VARIANT& value, const Parameter& pa
     return answer([&] { target = array_of_type(value.parray, static_cast<VARTYPE>(parameter.type & ~VT_ARRAY)); });
 }
 
-HRESULT pass_record(const VARIANT& given, const Parameter& parameter, Frame& frame) noexcept
-{
-    const VARIANT& value = followed(given);
-    GUID identity{};
-    if ((value.vt & ~VT_BYREF) != VT_RECORD || !value.pRecInfo || !value.pvRecord
-        || FAILED(value.pRecInfo->GetGuid(&identity)) || identity != *parameter.identity)
-        return DISP_E_TYPEMISMATCH;
-    frame.push(value.pvRecord);
-    return S_OK;
-}
-
 /// DISP_E_TYPEMISMATCH for an array whose elements are not what its label says, whatever a parameter makes of the label.
 HRESULT check_elements(const VARIANT& value) noexcept
 {
@@ -254,7 +243,6 @@ HRESULT PassedArgument::pass_by_reference(VARIANT& given, const Parameter& param
 {
     if (parameter.type == VT_RECORD)
         return pass_record(given, parameter, frame);
-
     auto& inner = const_cast<VARIANT&>(followed(given));
     const bool is_variable = &inner != &given; // reached through a by-reference variant
     const bool is_reference = inner.vt & VT_BYREF;
@@ -307,6 +295,26 @@ HRESULT PassedArgument::pass_temporary(VARIANT& inner, const Parameter& paramete
     return S_OK;
 }
 
+/// A variable's record may go while the call runs, when the client's code gives the variable another value: it gets a copy.
+HRESULT PassedArgument::pass_record(VARIANT& given, const Parameter& parameter, Frame& frame) noexcept
+{
+    auto& inner = const_cast<VARIANT&>(followed(given));
+    IRecordInfo* const description = record_of(inner, *parameter.identity);
+    if (description && (inner.vt & VT_BYREF)) {
+        frame.push(inner.pvRecord);
+        return S_OK;
+    }
+    const bool may_be_filled = inner.vt == VT_EMPTY && parameter.changes();
+    if (!description && !may_be_filled)
+        return DISP_E_TYPEMISMATCH;
+    return answer([&] {
+        record_.make(description ? Ref{description} : record_info(*parameter.identity), description ? inner.pvRecord : nullptr);
+        frame.push(record_.get());
+        if (parameter.changes() && &inner != &given)
+            back_ = &inner;
+    });
+}
+
 bool PassedArgument::is_unchanged() const noexcept
 {
     return is_same(before_, content_);
@@ -314,6 +322,8 @@ bool PassedArgument::is_unchanged() const noexcept
 
 HRESULT PassedArgument::give_back(bool failed) noexcept
 {
+    if (record_)
+        return back_ && !failed ? answer([&] { record_.store(*back_); }) : S_OK;
     if (!back_ || (is_unchanged() && (failed || !fills_)))
         return S_OK;
     return answer([&] {

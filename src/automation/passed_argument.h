@@ -1,6 +1,7 @@
 #pragma once
 
 #include "automation/contract.h"
+#include "automation/record.h"
 #include "automation/values.h"
 
 #include <array>
@@ -60,9 +61,11 @@ private:
     HRESULT pass_by_value(const VARIANT& given, const Parameter& parameter, Passing passing, Frame& frame) noexcept;
     HRESULT pass_by_reference(VARIANT& given, const Parameter& parameter, Passing passing, Frame& frame) noexcept;
     HRESULT pass_temporary(VARIANT& inner, const Parameter& parameter, bool is_variable, Frame& frame) noexcept;
+    HRESULT pass_record(VARIANT& given, const Parameter& parameter, Frame& frame) noexcept;
     HRESULT convert(const VARIANT& value, const Parameter& parameter) noexcept;
     bool is_unchanged() const noexcept;
 
+    Record record_;           ///< the record that is passed when the caller's own is not
     Variant content_;         ///< what is passed when the caller's own storage is not
     VARIANT* back_ = nullptr; ///< where the outcome goes: the caller's variable or by-reference argument
     Variant before_;          ///< what was passed

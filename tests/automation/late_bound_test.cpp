@@ -358,6 +358,44 @@ TEST_F(LateBound, ARecordIsNeverOverwritten)
     EXPECT_EQ(pair.second, 2) << "another record of the kind does";
 }
 
+TEST_F(LateBound, ARecordComesFromWhereverAClientKeepsIt)
+{
+    constexpr GUID id{0x7B1E0A5A, 0x6B1B, 0x4F0B, {0x8C, 0x76, 0x0F, 0x6B, 0x7A, 0x3C, 0x9D, 0x10}};
+    automation::Ref<IRecordInfo> information;
+    ASSERT_EQ(GetRecordInfoFromTypeInfo(automation::type_info(id).get(), information.put()), S_OK);
+
+    Value empty; // a script's: it holds the record afterwards
+    EXPECT_EQ(specimen.call(L"Raise", {Value::variable(empty), 2}).number(), 6);
+    ASSERT_EQ(empty.vt, VT_RECORD);
+    EXPECT_EQ(specimen.call(L"Raise", {Value::variable(empty), 1}).number(), 9);
+    EXPECT_EQ(specimen.try_call(L"Raise", {Value::variable(empty), -1}).number(), 6);
+    EXPECT_EQ(std::memcmp(empty.pvRecord, "\3\3\3", 3), 0);
+    Value still_empty;
+    EXPECT_EQ(specimen.try_call(L"Raise", {Value::variable(still_empty), -1}).number(), 6);
+    EXPECT_EQ(still_empty.vt, VT_EMPTY);
+
+    // the client lets go of it in the middle of the call
+    DispatchObject object{{}, [&](DISPID, const DISPPARAMS&, VARIANT* result) {
+                              empty = 7;
+                              *result = Value{1};
+                              return S_OK;
+                          }};
+    EXPECT_EQ(specimen.try_call(L"Raise", {Value::variable(empty), Value{&object}}).number(), 13);
+    EXPECT_EQ(empty.number(), 7) << "a number does not become a record";
+
+    unsigned char bytes[3]{1, 2, 3};
+    Value typed = Value::reference(VT_RECORD, bytes);
+    VARIANT arguments[]{Value{1}, typed};
+    arguments[1].pRecInfo = information.get();
+    DISPPARAMS parameters{arguments, nullptr, 2, 0};
+    Value sum;
+    EXPECT_EQ(specimen.dispatch()->Invoke(specimen.id(L"Raise"), IID_NULL, 0, DISPATCH_METHOD, &parameters, &sum, nullptr, nullptr), S_OK);
+    EXPECT_EQ(sum.number(), 9);
+    EXPECT_EQ(bytes[2], 4);
+    for (Value other : {Value{5}, Value::null(), Value{L"x"}})
+        EXPECT_EQ(specimen.try_call(L"Raise", {other, 1}).result, DISP_E_TYPEMISMATCH);
+}
+
 TEST_F(LateBound, AfterAnErrorVariablesAreWhatTheyWere)
 {
     Value empty, variants = list(3, {L"x", 2});

@@ -103,6 +103,15 @@ public:
         return all;
     }
     long Difference(const Pair& pair) { return pair.second - pair.first; }
+    long Raise(Bytes& bytes, long by)
+    {
+        long sum = 0;
+        for (unsigned char& byte : bytes.all)
+            sum += byte = static_cast<unsigned char>(byte + by);
+        if (by < 0)
+            throw automation::Error{automation::Runtime::Overflow};
+        return sum;
+    }
     bool IsOwn(_Specimen* object) { return bool{automation::own<Specimen>(object)}; }
 
     static client::Object create() { return client::Object{automation::make<Specimen>()->face<_Specimen>()}; }
