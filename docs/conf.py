@@ -1,0 +1,22 @@
+# How Sphinx makes the pages; tools/docs calls it.
+project = "qvObjects"
+author = "the developers of qvObjects"
+copyright = author
+extensions = ["myst_parser"]
+myst_heading_anchors = 3
+html_theme = "furo"
+html_title = "qvObjects"
+html_show_sourcelink = False
+html_show_sphinx = False
+html_copy_source = False
+htmlhelp_basename = "qvObjects"
+suppress_warnings = ["myst.header"]
+highlight_language = "none"
+
+
+def setup(app):
+    # The help viewer's browser is an old one.
+    def plain_theme(app, config):
+        if app.tags.has("htmlhelp"):
+            config.html_theme = "classic"
+    app.connect("config-inited", plain_theme)

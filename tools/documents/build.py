@@ -1,0 +1,107 @@
+"""What tools/docs does."""
+import os
+import shutil
+import subprocess
+
+import samples
+from members import ROOT, Contents
+from reference import REFERENCE, Reference
+
+TARGET = ROOT / "build/docs"
+SOURCE = TARGET / "source"
+RUNNER = ROOT / "build/release/tools/script_runner/script_runner.exe"
+
+
+def write_sources(reference):
+    shutil.rmtree(SOURCE, ignore_errors=True)
+    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference"))
+    reference.write(SOURCE / "reference")
+
+
+def run(*words, folder=ROOT):
+    done = subprocess.run(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    if done.returncode:
+        raise SystemExit(f"docs: {words[0]} failed\n{done.stdout}")
+
+
+def build(reference):
+    write_sources(reference)
+    run("sphinx-build", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
+    run("sphinx-build", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
+    run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
+    shutil.move(TARGET / "help/qvObjects.chm", TARGET / "qvObjects.chm")
+    print(f"docs: {(TARGET / 'html/index.html').relative_to(ROOT)} and {(TARGET / 'qvObjects.chm').relative_to(ROOT)}")
+
+
+# ---- Checking ---------------------------------------------------------------------------------------------------------------
+
+class Report:
+    def __init__(self):
+        self.count = 0
+        self.bad = 0
+
+    def check(self, good, what):
+        self.count += 1
+        self.bad += not good
+        print(("ok - " if good else "not ok - ") + what)
+
+    def end(self):
+        print(f"1..{self.count}")
+        return 1 if self.bad else 0
+
+
+def windows_path(path):
+    return "Z:" + str(path).replace("/", "\\")
+
+
+def run_samples(found):
+    """Runs each in a folder of its own; gives what they print. What is there is UTF-16, which every script engine reads."""
+    folder = TARGET / "samples"
+    shutil.rmtree(folder, ignore_errors=True)
+    paths = []
+    for number, sample in enumerate(found):
+        path = folder / f"{number:04}" / f"sample.{sample.language}"
+        path.parent.mkdir(parents=True)
+        path.write_bytes(b"\xff\xfe" + sample.code.replace("\n", "\r\n").encode("utf-16-le"))
+        paths.append(path)
+    list = folder / "list"
+    list.write_text("".join(windows_path(path) + "\r\n" for path in paths), encoding="ascii")
+    command = ["wine", str(RUNNER), "/each", windows_path(list)]
+    if os.environ.get("WINEPREFIX") != str(ROOT / "build/prefix") or "DISPLAY" not in os.environ:
+        script = '. tools/environment && one_at_a_time && tools/prefix >&2 && start_windows && "$@"'
+        command = ["bash", "-c", script, "docs", *command]
+    try:
+        subprocess.run(command, cwd=ROOT, stdin=subprocess.DEVNULL, timeout=400)
+    except subprocess.TimeoutExpired:
+        print("# the samples did not come to their end")
+    outputs = [path.with_name(path.name + ".out") for path in paths]
+    return [output.read_text(encoding="utf-8") if output.exists() else "(it was not run)\n" for output in outputs]
+
+
+def check_samples(report, found):
+    runnable = [sample for sample in found if sample.runs]
+    for sample, printed in zip(runnable, run_samples(runnable)):
+        place = f"{sample.file.relative_to(ROOT)}:{sample.line}"
+        good = printed == (sample.expected or "")
+        report.check(good, f"{place} prints what stands behind it")
+        if not good:
+            print("".join(f"#   {line}\n" for line in printed.splitlines()), end="")
+
+
+def check(reference, only):
+    report = Report()
+    faults = [fault for fault in reference.faults() if not only or fault.startswith(tuple(only))]
+    for fault in faults:
+        report.check(False, fault)
+    report.check(not faults, "every member of the type library has its entry in the reference")
+    wanted = [sample for sample in samples.in_documents(ROOT) if not only or sample.file.stem.startswith(tuple(only))]
+    check_samples(report, wanted)
+    return report.end()
+
+
+def main(words):
+    reference = Reference(Contents())
+    if words[:1] == ["--check"]:
+        return check(reference, words[1:])
+    build(reference)
+    return 0
