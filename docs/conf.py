@@ -2,7 +2,7 @@
 project = "qvObjects"
 author = "the developers of qvObjects"
 copyright = author
-extensions = ["myst_parser"]
+extensions = ["myst_parser", "sphinxcontrib.htmlhelp"]
 myst_heading_anchors = 3
 html_theme = "furo"
 html_title = "qvObjects"

@@ -1,5 +1,6 @@
 """What tools/docs does."""
 import os
+import re
 import shutil
 import subprocess
 
@@ -14,12 +15,17 @@ RUNNER = ROOT / "build/release/tools/script_runner/script_runner.exe"
 
 def write_sources(reference):
     shutil.rmtree(SOURCE, ignore_errors=True)
-    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference"))
+    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference", "reference_old"))
+    shutil.copytree(ROOT / "examples", SOURCE / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
+    for page in SOURCE.rglob("*.md"):
+        # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
+        text = re.sub(r"\[([^\]]*)\]\(\.\./((?:\.\./)*examples/[^)]*)\)", r"{download}`\1 <\2>`", page.read_text(encoding="utf-8"))
+        page.write_text(text, encoding="utf-8")
     reference.write(SOURCE / "reference")
 
 
 def run(*words, folder=ROOT):
-    done = subprocess.run(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    done = subprocess.run(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
     if done.returncode:
         raise SystemExit(f"docs: {words[0]} failed\n{done.stdout}")
 

@@ -1,6 +1,6 @@
 """What is written of the classes, in docs/reference: a file for each class, with a section for each member.
 
-A file begins with a heading, the name of the class, and with what is to be said of the class as a whole. Each member has a heading of
+A file, Class.md or Class.part.md, begins with a heading, the name of the class, and with what is to be said of the class as a whole. Each member has a heading of
 the second level, its name; events stand behind the members. Under it come the remarks, and then, each under a heading of the
 third level and only where there is something to say:
 

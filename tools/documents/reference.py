@@ -18,9 +18,21 @@ def runtime_texts():
 class Reference:
     def __init__(self, contents):
         self.contents = contents
-        self.pages = {path.stem: prose.read(path) for path in sorted(REFERENCE.glob("*.md")) if path.stem in contents.classes}
+        self.pages = {}
+        for path in sorted(REFERENCE.glob("*.md")):
+            if path.stem.partition(".")[0] in contents.classes:
+                self.add(prose.read(path))
         self.enumerations = prose.read(REFERENCE / "enumerations.md")
         self.texts = runtime_texts()
+
+    def add(self, page):
+        """A class with many members has more than one file: Class.md and Class.part.md."""
+        whole = self.pages.setdefault(page.name, prose.Page(page.name, "", {}))
+        whole.introduction = "\n\n".join(text for text in (whole.introduction, page.introduction) if text)
+        twice = whole.entries.keys() & page.entries.keys()
+        if twice:
+            raise SystemExit(f"docs: {page.name} has two entries of {', '.join(twice)}")
+        whole.entries |= page.entries
 
     # ---- What is missing -----------------------------------------------------------------------------------------------
 
@@ -64,6 +76,11 @@ class Reference:
     def values_of(entry):
         return dict(re.findall(r"^- `(\w+)`: (.*(?:\n  .*)*)", entry.remarks, re.MULTILINE))
 
+    @staticmethod
+    def file_of(member):
+        """The help compiler knows ASCII names only."""
+        return member.replace("ü", "ue")
+
     def place_of(self, name, owner):
         """The document of `Class.Member`, `Class`, or a member of `owner`."""
         if name in self.contents.classes:
@@ -72,7 +89,7 @@ class Reference:
             return "enumerations"
         owner, _, member = name.rpartition(".") if "." in name else (owner, "", name)
         found = self.contents.classes.get(owner)
-        return f"{owner}/{member}" if found and (member in found.members or member in found.events) else None
+        return f"{owner}/{self.file_of(member)}" if found and (member in found.members or member in found.events) else None
 
     # ---- Pages ---------------------------------------------------------------------------------------------------------
 
@@ -84,7 +101,7 @@ class Reference:
             page = self.pages.get(name)
             for member in {**found.members, **found.events}.values():
                 entry = page and page.entries.get(member.name) or prose.Entry(member.name)
-                (folder / f"{member.name}.md").write_text(self.member_page(member, entry), encoding="utf-8")
+                (folder / f"{self.file_of(member.name)}.md").write_text(self.member_page(member, entry), encoding="utf-8")
         (target / "enumerations.md").write_text(self.enumeration_page(), encoding="utf-8")
         (target / "index.md").write_text(self.index_page(), encoding="utf-8")
 
@@ -105,8 +122,8 @@ class Reference:
         for title, members in (("Members", found.members), ("Events", found.events)):
             if members:
                 lines += ["", f"## {title}", "", "| Name | What it does |", "|---|---|"]
-                lines += [f"| [{m.name}]({m.name}.md) | {self.cell(m.help)} |" for m in members.values()]
-        names = [*found.members, *found.events]
+                lines += [f"| [{m.name}]({self.file_of(m.name)}.md) | {self.cell(m.help)} |" for m in members.values()]
+        names = [self.file_of(name) for name in (*found.members, *found.events)]
         return "\n".join(lines + (["", "```{toctree}", ":hidden:", ""] + names + ["```"] if names else []) + [""])
 
     @staticmethod
