@@ -31,6 +31,8 @@ def run(*words, folder=ROOT):
 
 
 def build(reference):
+    shutil.rmtree(TARGET / "html", ignore_errors=True)
+    shutil.rmtree(TARGET / "help", ignore_errors=True)
     write_sources(reference)
     run("sphinx-build", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
     run("sphinx-build", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
