@@ -4,6 +4,7 @@ import re
 import shutil
 import subprocess
 
+import constants
 import samples
 from members import ROOT, Contents
 from reference import REFERENCE, Reference
@@ -102,6 +103,8 @@ def check(reference, only):
     for fault in faults:
         report.check(False, fault)
     report.check(not faults, "every member of the type library has its entry in the reference")
+    for path in constants.outdated(reference.contents):
+        report.check(False, f"{path.relative_to(ROOT)} is what tools/docs --constants writes")
     wanted = [sample for sample in samples.in_documents(ROOT) if not only or sample.file.stem.startswith(tuple(only))]
     check_samples(report, wanted)
     return report.end()
@@ -109,6 +112,9 @@ def check(reference, only):
 
 def main(words):
     reference = Reference(Contents())
+    if words == ["--constants"]:
+        constants.write(reference.contents)
+        return 0
     if words[:1] == ["--check"]:
         return check(reference, words[1:])
     build(reference)

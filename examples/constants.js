@@ -1,0 +1,58 @@
+// The values of the library's enumerations. A script takes them in with
+//     eval(new ActiveXObject("Scripting.FileSystemObject").OpenTextFile("constants.js").ReadAll());
+// Written by tools/docs --constants.
+
+// EErrorSharedString: The number of the first error of shared memory.
+var eeBaseSharedString = 13200;
+
+// qvDataType: The types of the elements of a matrix in a QVB file.
+var qvByte = 0;
+var qvInt = 1;
+var qvLng = 2;
+var qvSng = 3;
+var qvDbl = 4;
+
+// qvECSIDL: The system's special folders.
+var qvCSIDL_DESKTOP = 0;
+var qvCSIDL_PROGRAMS = 2;
+var qvCSIDL_CONTROLS = 3;
+var qvCSIDL_PRINTERS = 4;
+var qvCSIDL_PERSONAL = 5;
+var qvCSIDL_FAVORITES = 6;
+var qvCSIDL_STARTUP = 7;
+var qvCSIDL_RECENT = 8;
+var qvCSIDL_SENDTO = 9;
+var qvCSIDL_BITBUCKET = 10;
+var qvCSIDL_STARTMENU = 11;
+var qvCSIDL_DESKTOPDIRECTORY = 16;
+var qvCSIDL_DRIVES = 17;
+var qvCSIDL_NETWORK = 18;
+var qvCSIDL_NETHOOD = 19;
+var qvCSIDL_FONTS = 20;
+var qvCSIDL_TEMPLATES = 21;
+var qvCSIDL_COMMON_STARTMENU = 22;
+var qvCSIDL_COMMON_PROGRAMS = 23;
+var qvCSIDL_COMMON_STARTUP = 24;
+var qvCSIDL_COMMON_DESKTOPDIRECTORY = 25;
+var qvCSIDL_APPDATA = 26;
+var qvCSIDL_PRINTHOOD = 27;
+
+// qvGetCharType: What a character may stand for in a path.
+var qvGCT_INVALID = 0;
+var qvGCT_LFNCHAR = 1;
+var qvGCT_SHORTCHAR = 2;
+var qvGCT_WILD = 4;
+var qvGCT_SEPARATOR = 8;
+
+// qvMinMax: The rows of a result of MinMax.
+var MINI = 0;
+var MAXI = 1;
+
+// qvPathSeparator: The character between the parts of a shortened path.
+var qvPS_BACKSLASH = 92;
+var qvPS_SLASH = 47;
+
+// WalkDirConsts: What WalkDirTree reports and where it goes.
+var dwWalkDirNormal = 0;
+var dwWalkCurDirOnly = 1;
+var dwDirectoriesOnly = 2;
