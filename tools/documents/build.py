@@ -65,6 +65,8 @@ def windows_path(path):
 
 def run_samples(found):
     """Runs each in a folder of its own; gives what they print. What is there is UTF-16, which every script engine reads."""
+    if not found:
+        return []
     folder = TARGET / "samples"
     shutil.rmtree(folder, ignore_errors=True)
     paths = []
