@@ -19,7 +19,7 @@ class Reference:
     def __init__(self, contents):
         self.contents = contents
         self.pages = {}
-        for path in sorted(REFERENCE.glob("*.md")):
+        for path in sorted(REFERENCE.glob("*.md"), key=lambda path: path.stem):
             if path.stem.partition(".")[0] in contents.classes:
                 self.add(prose.read(path))
         self.enumerations = prose.read(REFERENCE / "enumerations.md")
@@ -183,7 +183,7 @@ class Reference:
         def fence(match):
             language = match[1]
             title = {"vbs": "In VBScript:", "js": "In JScript:", "text": "It prints"}.get(language)
-            shown = {"vbs": "vbscript", "js": "js"}.get(language, language)
+            shown = {"vbs": "vbnet", "js": "js"}.get(language, language)
             return (f"{title}\n\n" if title else "") + f"```{shown}\n"
         return ["## Example", "", re.sub(r"^```(\w+)[^\n]*\n", fence, text, flags=re.MULTILINE), ""]
 
