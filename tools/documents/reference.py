@@ -160,7 +160,8 @@ class Reference:
         for a in member.arguments:
             type = f"[{a.type}](../enumerations.md)" if a.type in self.contents.enumerations else a.type
             optional = "any number" if a.any_number else "yes" if a.optional else ""
-            lines.append(f"| `{a.name}` | {type} | {optional} | {a.default or ''} | {'yes' if a.by_reference else ''} | "
+            default = f"`{a.default}`" if a.default else ""
+            lines.append(f"| `{a.name}` | {type} | {optional} | {default} | {'yes' if a.by_reference else ''} | "
                          f"{self.linked(said.get(a.name, ''), member.owner, '../')} |")
         return lines + [""]
 
