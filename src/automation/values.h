@@ -46,6 +46,8 @@ public:
 
     BSTR get() const noexcept { return text_; }
     BSTR release() noexcept { return std::exchange(text_, nullptr); }
+    /// Where a client may put a text of its own in the place of this one, which it then frees.
+    BSTR* storage() noexcept { return &text_; }
     operator std::wstring_view() const noexcept { return view(text_); }
 
 private:

@@ -3,6 +3,8 @@
 
 #include "server/delayed_import.inc"
 
+        import  comctl32, InitCommonControlsEx, 4
+
         import  gdi32, GetDeviceCaps, 8
         import  gdi32, GetObjectType, 4
         import  gdi32, GetTextExtentPoint32W, 16
@@ -53,15 +55,28 @@
         import  shlwapi, PathUnquoteSpacesW, 4
 
         import  user32, CallWindowProcA, 20
+        import  user32, CreateWindowExA, 48
+        import  user32, DefWindowProcA, 16
+        import  user32, DestroyWindow, 4
         import  user32, DispatchMessageW, 4
         import  user32, DrawTextExA, 24
         import  user32, GetActiveWindow, 0
+        import  user32, GetClassLongA, 8
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
+        import  user32, GetPropA, 8
+        import  user32, GetWindowLongA, 8
+        import  user32, GetWindowThreadProcessId, 8
+        import  user32, IsWindow, 4
+        import  user32, KillTimer, 8
         import  user32, MessageBoxW, 16
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
         import  user32, ReleaseDC, 8
+        import  user32, RemovePropA, 8
+        import  user32, SendMessageA, 16
+        import  user32, SetPropA, 12
+        import  user32, SetTimer, 16
         import  user32, SetWindowLongA, 12
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
