@@ -34,16 +34,6 @@ bool is_of_this_thread(HWND window) noexcept
     return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
 }
 
-LONG procedure_of(HWND window) noexcept
-{
-    return GetWindowLongA(window, GWL_WNDPROC);
-}
-
-HANDLE as_property(LONG procedure) noexcept
-{
-    return automation::handle_from<HANDLE>(procedure);
-}
-
 /// Where the messages of a window go on to. One that has us without being hooked had its procedure replaced by somebody who kept
 /// ours and brought it back: it behaves as its class does.
 WNDPROC next_procedure(HWND window, WNDPROC own) noexcept
@@ -74,11 +64,9 @@ void give_text(LPARAM record, const char* text) noexcept
 TooltipWindow::~TooltipWindow()
 {
     leave(); // while the window goes nobody may find the object, which has no reference any more
-    for (Parent& parent : parents_)
-        parent.has_us_first = procedure_of(parent.window) == reinterpret_cast<LONG>(&procedure);
     if (tooltip_)
         DestroyWindow(tooltip_);
-    for (const Parent& parent : parents_)
+    for (const HWND parent : parents_)
         unhook(parent);
 }
 
@@ -108,17 +96,17 @@ void TooltipWindow::hook(HWND parent)
         return;
     name_as_listener(parent);
     if (!is_parent(parent))
-        parents_.push_back({parent, false});
+        parents_.push_back(parent);
 }
 
 /// Puts our procedure in front of a window's own, or of what brought ours back.
 bool TooltipWindow::install(HWND parent) noexcept
 {
-    const LONG former = procedure_of(parent);
+    const LONG former = GetWindowLongA(parent, GWL_WNDPROC);
     const auto ours = reinterpret_cast<LONG>(&procedure);
     RemovePropA(parent, former_procedure);
     const LONG next = former == ours ? reinterpret_cast<LONG>(next_procedure(parent, &procedure)) : former;
-    if (!next || !SetPropA(parent, former_procedure, as_property(next)))
+    if (!next || !SetPropA(parent, former_procedure, automation::handle_from<HANDLE>(next)))
         return false;
     if (SetWindowLongA(parent, GWL_WNDPROC, ours))
         return true;
@@ -126,34 +114,29 @@ bool TooltipWindow::install(HWND parent) noexcept
     return false;
 }
 
-/// Gives a window its procedure back, unless another object needs ours.
-void TooltipWindow::unhook(const Parent& parent) const noexcept
+/// Gives a window its procedure back, unless another object needs ours. What others have put in front of ours goes, too.
+void TooltipWindow::unhook(HWND parent) const noexcept
 {
-    const HANDLE former = GetPropA(parent.window, former_procedure);
-    if (!former || !is_of_this_thread(parent.window))
+    const HANDLE former = GetPropA(parent, former_procedure);
+    if (!former || !is_of_this_thread(parent)) // the window is gone, or another one has its handle
         return;
-    // The system's own subclassing, where it ends below ours, may have put the procedure below it in the place of all.
-    const bool was_taken_out = parent.has_us_first && procedure_of(parent.window) != reinterpret_cast<LONG>(&procedure);
-    if (const TooltipWindow* const other = find_hooked(parent.window, this)) {
-        other->name_as_listener(parent.window);
-        if (was_taken_out)
-            install(parent.window);
+    if (const TooltipWindow* const other = find_hooked(parent, this)) {
+        other->name_as_listener(parent);
         return;
     }
-    RemovePropA(parent.window, former_procedure);
-    RemovePropA(parent.window, object_of_window);
-    if (!was_taken_out)
-        SetWindowLongA(parent.window, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(former)));
+    RemovePropA(parent, former_procedure);
+    RemovePropA(parent, object_of_window);
+    SetWindowLongA(parent, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(former)));
 }
 
-bool TooltipWindow::name_as_listener(HWND parent) const noexcept
+void TooltipWindow::name_as_listener(HWND parent) const noexcept
 {
-    return SetPropA(parent, object_of_window, owner_.unknown());
+    SetPropA(parent, object_of_window, owner_.unknown());
 }
 
 bool TooltipWindow::is_parent(HWND window) const noexcept
 {
-    return std::ranges::find(parents_, window, &Parent::window) != parents_.end();
+    return std::ranges::find(parents_, window) != parents_.end();
 }
 
 void TooltipWindow::enter() noexcept

@@ -30,11 +30,6 @@ public:
     void hook(HWND parent);
 
 private:
-    struct Parent {
-        HWND window;
-        bool has_us_first; ///< of its procedures, when the tooltip goes
-    };
-
     static LRESULT CALLBACK procedure(HWND parent, UINT message, WPARAM wParam, LPARAM lParam);
     static bool hears(HWND parent, WPARAM wParam, LPARAM lParam, LRESULT& reply);
     static automation::Ref<qvToolTip> listener(HWND parent, HWND sender) noexcept;
@@ -45,15 +40,15 @@ private:
 
     void enter() noexcept;
     void leave() noexcept;
-    bool name_as_listener(HWND parent) const noexcept;
+    void name_as_listener(HWND parent) const noexcept;
     bool is_parent(HWND window) const noexcept;
-    void unhook(const Parent& parent) const noexcept;
+    void unhook(HWND parent) const noexcept;
 
     qvToolTip& owner_;
     HWND tooltip_ = nullptr;
     DWORD thread_ = 0;
     bool is_retired_ = false; ///< no client has the object any more
-    std::vector<Parent> parents_;
+    std::vector<HWND> parents_;
     TooltipWindow* next_ = nullptr;
 };
 
