@@ -13,11 +13,11 @@
 /// Windows as a client has them, and what goes on between them and their tooltips.
 namespace client {
 
-/// Handles the thread's messages until something holds, for two seconds at most.
+/// Handles the thread's messages until something holds, for so many hundredths of a second at most.
 template <class Condition>
-bool pump_until(Condition&& holds)
+bool pump_until(Condition&& holds, int at_most = 200)
 {
-    for (int i = 0; i < 200 && !holds(); ++i) {
+    for (int i = 0; i < at_most && !holds(); ++i) {
         for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);)
             DispatchMessageW(&message);
         Sleep(10);

@@ -283,6 +283,28 @@ TEST_F(ToolTips, AppearOverTheirWindow)
     EXPECT_EQ(tip.heard.back(), L"POP 4");
 }
 
+TEST_F(ToolTips, AppearWhereTheMouseRests)
+{
+    const ParentWindow parent;
+    const ToolTip tip{always};
+    add_on_demand(tip, parent, 4);
+    tip.object.put(L"DelayTime", {long{TTDT_INITIAL}, 10});
+    tip.object.put(L"Enabled", {false});
+    const auto rest = [&](int x) {
+        SetCursorPos(50 + x, 60);
+        parent.send(WM_MOUSEMOVE, 0, MAKELPARAM(x, 10));
+    };
+    rest(20);
+    EXPECT_FALSE(pump_until([&] { return !tip.heard.empty(); }, 30)) << "it was switched off";
+    tip.object.put(L"Enabled", {true});
+    rest(30);
+    EXPECT_TRUE(shows(tip));
+    EXPECT_GE(std::ranges::count(tip.heard, L"NeedText 4"), 1);
+    rest(250); // beside the tool
+    EXPECT_TRUE(pump_until([&] { return !IsWindowVisible(tip.window()); }));
+    EXPECT_EQ(tip.heard.back(), L"POP 4");
+}
+
 TEST_F(ToolTips, ShareTheirWindow)
 {
     for (const bool first_goes_first : {true, false}) {
