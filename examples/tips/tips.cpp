@@ -1,9 +1,9 @@
 // Shows tooltips over a window, one after the other, and ends:
 //     tips [SECONDS]
 //
-// It shows how a program in C++ uses qvToolTip: a tool with a fixed text, one whose text the event NeedText asks for, and a balloon
-// with a title. Here the program says when a tooltip appears and where; without the flag track the system shows it where the mouse
-// rests on the tool. Build it as a 32-bit program, with one of
+// It shows how a program in C++ uses qvToolTip: a tool with a fixed text, one whose text the event NeedText asks for, and a
+// balloon with a title. Here the program says when a tooltip appears and where; without the flag track the system shows it where
+// the mouse rests on the tool. Build it as a 32-bit program, with one of
 //     cl /EHsc /DUNICODE tips.cpp ole32.lib oleaut32.lib uuid.lib user32.lib gdi32.lib
 //     i686-w64-mingw32-g++ -municode -mwindows -static tips.cpp -o tips.exe -lole32 -loleaut32 -luuid
 #include <windows.h>

@@ -31,14 +31,16 @@ public:
     /// Of a class for texts in Unicode or in the code page.
     explicit ParentWindow(bool is_unicode = true)
     {
+        const HINSTANCE program = GetModuleHandleW(nullptr);
+        constexpr DWORD style = WS_POPUP | WS_VISIBLE;
         if (is_unicode) {
-            const WNDCLASSW window_class{0, &procedure, 0, 0, instance(), nullptr, nullptr, nullptr, nullptr, L"qvTipParent"};
+            const WNDCLASSW window_class{0, &procedure, 0, 0, program, nullptr, nullptr, nullptr, nullptr, L"qvTipParent"};
             RegisterClassW(&window_class);
-            handle_ = CreateWindowW(L"qvTipParent", L"", WS_POPUP | WS_VISIBLE, 50, 50, 300, 200, nullptr, nullptr, instance(), this);
+            handle_ = CreateWindowW(L"qvTipParent", L"", style, 50, 50, 300, 200, nullptr, nullptr, program, nullptr);
         } else {
-            const WNDCLASSA window_class{0, &procedure, 0, 0, instance(), nullptr, nullptr, nullptr, nullptr, "qvTipParentA"};
+            const WNDCLASSA window_class{0, &procedure, 0, 0, program, nullptr, nullptr, nullptr, nullptr, "qvTipParentA"};
             RegisterClassA(&window_class);
-            handle_ = CreateWindowA("qvTipParentA", "", WS_POPUP | WS_VISIBLE, 50, 50, 300, 200, nullptr, nullptr, instance(), this);
+            handle_ = CreateWindowA("qvTipParentA", "", style, 50, 50, 300, 200, nullptr, nullptr, program, nullptr);
         }
         SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         own_procedure_ = current_procedure();
@@ -54,7 +56,10 @@ public:
         if (IsWindow(handle_))
             DestroyWindow(handle_);
     }
-    LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const { return SendMessageA(handle_, message, wParam, lParam); }
+    LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const
+    {
+        return SendMessageA(handle_, message, wParam, lParam);
+    }
     /// Whether its own procedure, and none before it, gets its messages.
     bool has_own_procedure() const { return current_procedure() == own_procedure_; }
     /// Whether messages still reach its own procedure.
@@ -64,7 +69,6 @@ public:
     std::vector<int> notified; ///< codes
 
 private:
-    static HINSTANCE instance() { return GetModuleHandleW(nullptr); }
     LONG_PTR current_procedure() const { return GetWindowLongPtrA(handle_, GWLP_WNDPROC); }
 
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -58,16 +58,21 @@ TEST_F(ToolTips, GiveNothingBeforeInit)
         {L"DelayTime", {3}, VT_I4}, {L"BubbleSize", {parent, 1}, VT_I4}, {L"HitTest", {1, 1, parent}, VT_I4},
         {L"SetTrackActivate", {true, parent, 1}, VT_BOOL}, {L"SetTrackPosition", {0x7FFFFFFF, 0}, VT_BOOL},
         {L"AddTTRect", {parent, 0, 0, 9, 9, L"text"}, VT_BOOL}, {L"AddTTRectCB", {parent, 0, 0, 9, 9}, VT_BOOL},
-        {L"Count", {}, VT_I4}, {L"DeleteTT", {1}, VT_BOOL}, {L"SetNewTTPos", {1, 0, 0, 9, 9}, VT_BOOL}, {L"Update", {}, VT_BOOL},
-        {L"SetTitle", {L"title", 1}, VT_BOOL}, {L"Text", {1, parent}, VT_BSTR}, {L"BackColor", {}, VT_I4}, {L"FontColor", {}, VT_I4},
-        {L"MaxTipWidth", {}, VT_I4}, {L"hwnd", {}, VT_I4}, {L"Enabled", {}, VT_BOOL}, {L"SetMargin", {1, 2, 3, 4}, VT_EMPTY},
+        {L"Count", {}, VT_I4}, {L"DeleteTT", {1}, VT_BOOL}, {L"SetNewTTPos", {1, 0, 0, 9, 9}, VT_BOOL},
+        {L"Update", {}, VT_BOOL}, {L"SetTitle", {L"title", 1}, VT_BOOL}, {L"Text", {1, parent}, VT_BSTR},
+        {L"BackColor", {}, VT_I4}, {L"FontColor", {}, VT_I4}, {L"MaxTipWidth", {}, VT_I4}, {L"hwnd", {}, VT_I4},
+        {L"Enabled", {}, VT_BOOL}, {L"SetMargin", {1, 2, 3, 4}, VT_EMPTY},
     };
     for (const wchar_t* property : {L"BackColor", L"FontColor", L"MaxTipWidth", L"Enabled"})
         tip.object.put(property, {-1});
     for (const auto& one : calls) {
         const Value value = tip.object.call(one.member, one.arguments);
         EXPECT_EQ(value.vt, one.type) << one.member;
-        EXPECT_EQ(value.vt == VT_BSTR ? SysStringLen(value.bstrVal) : static_cast<UINT>(value.vt == VT_EMPTY ? 0 : value.number()), 0u);
+        if (value.vt == VT_BSTR) {
+            EXPECT_EQ(value.text(), L"");
+        } else if (value.vt != VT_EMPTY) {
+            EXPECT_EQ(value.number(), 0) << one.member;
+        }
     }
     Value variables[4]{1, 2, 3, 4};
     EXPECT_EQ(tip.object.call(L"GetMargin", {Value::variable(variables[0]), Value::variable(variables[1]),
@@ -139,13 +144,14 @@ TEST_F(ToolTips, SendTheMessagesOfTheirMembers)
         EXPECT_EQ(result.text(), one.result) << one.message;
         if (sent.tool.cbSize == 0)
             continue;
-        const bool of_no_window = one.message == 1029 || (one.message == 1030);
+        const bool of_no_window = one.message == 1029 || one.message == 1030;
         EXPECT_EQ(reinterpret_cast<LONG_PTR>(sent.tool.hwnd), of_no_window ? 0 : hwnd) << one.message;
         EXPECT_EQ(sent.tool.uId, 5u) << one.message;
         const bool of_library = one.message == 1028 || one.message == 1029 || one.message == 1030 || one.message == 1032;
         EXPECT_EQ(sent.tool.hinst, of_library ? GetModuleHandleA("qvObjects.dll") : nullptr) << one.message;
         if (one.message == 1028 || one.message == 1030) {
-            EXPECT_TRUE(sent.tool.rect.left == 1 && sent.tool.rect.top == 2 && sent.tool.rect.right == 3 && sent.tool.rect.bottom == 4);
+            const RECT& rect = sent.tool.rect;
+            EXPECT_TRUE(rect.left == 1 && rect.top == 2 && rect.right == 3 && rect.bottom == 4);
         }
         if (one.message == 1028) {
             EXPECT_EQ(sent.tool.uFlags, sent.text.empty() ? 17u : 144u);
