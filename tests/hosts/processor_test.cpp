@@ -3,6 +3,7 @@
 #include "support/message_listener.h"
 #include "support/tables.h"
 #include "support/test_window.h"
+#include "support/tooltip_window.h"
 
 #include <xmmintrin.h>
 
@@ -162,6 +163,18 @@ TEST_F(Processor, HandlersOfEventsRunInTheModesOfTheClient)
         EXPECT_EQ(left, modes);
         client::expect_error(nested, 6, L"Overflow");
     }
+}
+
+TEST_F(Processor, WindowProceduresRunInTheModesOfTheClient)
+{
+    const client::ParentWindow parent;
+    client::ToolTip tip{TTS_ALWAYSTIP};
+    tip.object.call(L"AddTTRectCB", {parent, 0, 0, 9, 9, 0, 1});
+    Modes in_handler{};
+    tip.handler = [&] { in_handler = Modes::now(); };
+    const Modes left = in_modes(asking, [&] { EXPECT_STREQ(tip.ask(parent, 1).lpszText, "on demand"); });
+    EXPECT_EQ(in_handler, asking);
+    EXPECT_EQ(left, asking);
 }
 
 TEST_F(Processor, WhatAHandlerLeavesBehindDoesNotReachTheLibrary)
