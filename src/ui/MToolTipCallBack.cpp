@@ -29,9 +29,10 @@ public:
     ListLocked& operator=(const ListLocked&) = delete;
 };
 
-bool is_of_this_thread(HWND window) noexcept
+/// Which thread a window belongs to; 0 when there is no such window.
+DWORD thread_of(HWND window) noexcept
 {
-    return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+    return GetWindowThreadProcessId(window, nullptr);
 }
 
 /// Where the messages of a window go on to. One that has us without being hooked had its procedure replaced by somebody who kept
@@ -85,7 +86,7 @@ void TooltipWindow::create(long style)
 
 void TooltipWindow::hook(HWND parent)
 {
-    if (!is_of_this_thread(parent))
+    if (thread_of(parent) != GetCurrentThreadId())
         return;
     // A window that is gone took its properties along; another one may have its handle.
     const bool is_hooked = GetPropA(parent, former_procedure) && find_hooked(parent);
@@ -118,7 +119,7 @@ bool TooltipWindow::install(HWND parent) noexcept
 void TooltipWindow::unhook(HWND parent) const noexcept
 {
     const HANDLE former = GetPropA(parent, former_procedure);
-    if (!former || !is_of_this_thread(parent)) // the window is gone, or another one has its handle
+    if (!former || thread_of(parent) != thread_) // the window is gone, or another one has its handle
         return;
     if (const TooltipWindow* const other = find_hooked(parent, this)) {
         other->name_as_listener(parent);
@@ -162,7 +163,7 @@ TooltipWindow* TooltipWindow::find_hooked(HWND parent, const TooltipWindow* othe
 {
     const ListLocked locked;
     for (TooltipWindow* one = first; one; one = one->next_)
-        if (one != other_than && one->thread_ == GetCurrentThreadId() && one->is_parent(parent))
+        if (one != other_than && one->thread_ == thread_of(parent) && one->is_parent(parent))
             return one;
     return nullptr;
 }

@@ -69,7 +69,7 @@ private:
     const std::size_t outer_room_;
 };
 
-long qvToolTip::send(UINT message, WPARAM wParam, const void* lParam) const noexcept
+long qvToolTip::send(UINT message, WPARAM wParam, const void* lParam) const
 {
     return window_.get() ? SendMessageA(window_.get(), message, wParam, reinterpret_cast<LPARAM>(lParam)) : 0;
 }
@@ -175,7 +175,7 @@ bool qvToolTip::AddTTRectCB(long& hwnd, long& Left, long& Top, long& Right, long
     return add({Left, Top, Right, Bottom}, hwnd, fl, ID, LPSTR_TEXTCALLBACKA);
 }
 
-bool qvToolTip::add(const RECT& rectangle, long hwnd, TT_Flags flags, long tool, const char* text) const noexcept
+bool qvToolTip::add(const RECT& rectangle, long hwnd, TT_Flags flags, long tool, const char* text) const
 {
     TTTOOLINFOA added = library_tool(hwnd, tool);
     added.uFlags = static_cast<UINT>(flags) | TTF_SUBCLASS;

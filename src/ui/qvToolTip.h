@@ -54,14 +54,14 @@ private:
     class TextBuffer;
 
     /// 0 before Init.
-    long send(UINT message, WPARAM wParam = 0, const void* lParam = nullptr) const noexcept;
-    bool add(const RECT& rectangle, long hwnd, TT_Flags flags, long tool, const char* text) const noexcept;
+    long send(UINT message, WPARAM wParam = 0, const void* lParam = nullptr) const;
+    bool add(const RECT& rectangle, long hwnd, TT_Flags flags, long tool, const char* text) const;
     /// A text in the system's code page, as it is handed over to the tooltip.
     std::string handed_over(std::wstring_view text);
 
     bool enabled_ = false;
     std::string text_on_demand_;
-    std::size_t longest_text_ = 0;                         ///< that was handed over, in bytes
-    std::size_t room_for_text_ = static_cast<std::size_t>(-1); ///< where the tooltip copies a text to, in bytes
+    std::size_t longest_text_ = 0; ///< that was handed over, in bytes
+    std::size_t room_for_text_ = std::string::npos; ///< where the tooltip copies a text to, in bytes
     MToolTipCallBack::TooltipWindow window_{*this};
 };
