@@ -3,6 +3,9 @@
 
 #include "server/delayed_import.inc"
 
+        import  gdi32, CreateICW, 16
+        import  gdi32, DeleteDC, 4
+        import  gdi32, EnumFontFamiliesExW, 20
         import  gdi32, GetDeviceCaps, 8
         import  gdi32, GetObjectType, 4
         import  gdi32, GetTextExtentPoint32W, 16
@@ -57,9 +60,13 @@
         import  user32, GetActiveWindow, 0
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
+        import  user32, GetSysColor, 4
+        import  user32, GetSystemMetrics, 4
         import  user32, MessageBoxW, 16
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
         import  user32, ReleaseDC, 8
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
+
+        import  winspool.drv, GetDefaultPrinterW, 8
