@@ -1,8 +1,9 @@
 ' The screen, the system and bitmap files as a script reads them.
-Dim screen, metrics, bitmap, file, x, y
+Dim screen, metrics, bitmap, form, file, x, y
 Set screen = CreateObject("qvObjects.qvScreen")
 Set metrics = CreateObject("qvObjects.qvSystemMetrics")
 Set bitmap = CreateObject("qvObjects.qvBitmap")
+Set form = CreateObject("qvObjects.qvForm")
 
 Check "an Integer", vbInteger, VarType(screen.WidthPixel)
 Check "the screen as the system measures it", metrics.ScreenX, CLng(screen.WidthPixel)
@@ -17,6 +18,8 @@ Check "a bitmap file", True, bitmap.GetBitmapSizeS(file, x, y)
 Check "its width and height", "320 48", x & " " & y
 
 On Error Resume Next
+x = form.Box_Sel(metrics)
+CheckErrorNumber "what is no list box", 438
 x = screen.Fonts(-1)
 CheckErrorNumber "no such font", 381
 metrics.ScaleMode = 2
