@@ -8,13 +8,13 @@ namespace control_windows {
 namespace {
 
 /// A window's procedure is code of the client.
-LRESULT send(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+LRESULT send(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
     const automation::CalculatesAsClient as_client;
     return SendMessageA(window, message, wparam, lparam);
 }
 
-RECT inner_area(HWND window) noexcept
+RECT inner_area(HWND window)
 {
     RECT area{};
     GetClientRect(window, &area);
@@ -28,19 +28,19 @@ LPARAM changed(LPARAM styles, LPARAM style, bool on) noexcept
 
 } // namespace
 
-SIZE inner_size(HWND window) noexcept
+SIZE inner_size(HWND window)
 {
     const RECT area = inner_area(window);
     return {area.right, area.bottom};
 }
 
-void change_list_view_style(HWND list_view, LPARAM style, bool on) noexcept
+void change_list_view_style(HWND list_view, LPARAM style, bool on)
 {
     const LPARAM former = send(list_view, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
     send(list_view, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, changed(former, style, on));
 }
 
-bool change_tool_bar_style(HWND host, LPARAM style, bool on) noexcept
+bool change_tool_bar_style(HWND host, LPARAM style, bool on)
 {
     // No host would mean the desktop, where tool bars of other programs may lie.
     const HWND tool_bar = host ? FindWindowExA(host, nullptr, "ToolbarWindow32", nullptr) : nullptr;
@@ -51,7 +51,7 @@ bool change_tool_bar_style(HWND host, LPARAM style, bool on) noexcept
     return true;
 }
 
-long set_redraw(HWND window, bool allowed, bool draws_now) noexcept
+long set_redraw(HWND window, bool allowed, bool draws_now)
 {
     const auto answer = static_cast<long>(send(window, WM_SETREDRAW, allowed ? static_cast<WPARAM>(-1) : 0, 0));
     if (!allowed || !draws_now)

@@ -6,14 +6,14 @@
 namespace control_windows {
 
 /// The inner size of a window in pixels; 0 and 0 for what is none.
-SIZE inner_size(HWND window) noexcept;
+SIZE inner_size(HWND window);
 
 /// Switches extended styles of a list view on or off, and leaves its other ones.
-void change_list_view_style(HWND list_view, LPARAM style, bool on) noexcept;
+void change_list_view_style(HWND list_view, LPARAM style, bool on);
 /// The same with the styles of the tool bar that is a child of `host`. False when there is none.
-bool change_tool_bar_style(HWND host, LPARAM style, bool on) noexcept;
+bool change_tool_bar_style(HWND host, LPARAM style, bool on);
 
 /// Allows or forbids a window to draw itself, and has it drawn anew then if asked. Gives what the platform's last call gave.
-long set_redraw(HWND window, bool allowed, bool draws_now) noexcept;
+long set_redraw(HWND window, bool allowed, bool draws_now);
 
 } // namespace control_windows

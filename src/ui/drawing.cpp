@@ -11,7 +11,7 @@ namespace {
 using Bitmap = automation::Handle<automation::NullMeansNone<HBITMAP, &DeleteObject>>;
 
 /// The part at the lower right of an area inside its edge, no larger than that.
-RECT corner_of(const RECT& area, SIZE size) noexcept
+RECT corner_of(const RECT& area, SIZE size)
 {
     const auto end = [](LONG end, int edge) { return std::int64_t{end} - edge; };
     const auto start = [](LONG start, int edge, std::int64_t end, LONG length) { return std::max(start + std::int64_t{edge}, end - length); };
@@ -25,7 +25,7 @@ RECT corner_of(const RECT& area, SIZE size) noexcept
 
 } // namespace
 
-automation::Variant halftone_brush() noexcept
+automation::Variant halftone_brush()
 {
     constexpr std::uint32_t two_rows = 0xAAAA5555; // of 16 bits each, of which 8 are seen
     constexpr std::uint32_t rows[]{two_rows, two_rows, two_rows, two_rows};
@@ -35,7 +35,7 @@ automation::Variant halftone_brush() noexcept
     return automation::Variant{static_cast<long>(reinterpret_cast<LONG_PTR>(CreatePatternBrush(pattern.get())))};
 }
 
-void sunken_edge(HDC context, RECT area, SIZE scroll_bars, bool size_grip) noexcept
+void sunken_edge(HDC context, RECT area, SIZE scroll_bars, bool size_grip)
 {
     RECT corner = scroll_bars.cx > 0 && scroll_bars.cy > 0 ? corner_of(area, scroll_bars) : RECT{};
     DrawEdge(context, &area, EDGE_SUNKEN, BF_RECT);

@@ -40,7 +40,7 @@ static_assert(ui::in_order(colours));
 
 } // namespace
 
-long qvSystemColors::line(Line line) const noexcept
+long qvSystemColors::line(Line line) const
 {
     return static_cast<long>(GetSysColor(colours[static_cast<std::size_t>(line)].index));
 }

@@ -8,5 +8,5 @@
 class qvSystemColors final : public automation::Object<qvSystemColors, faces::qvSystemColors> {
 public:
     /// All of its properties.
-    long line(faces::qvSystemColors_line line) const noexcept;
+    long line(faces::qvSystemColors_line line) const;
 };

@@ -275,6 +275,7 @@ TEST_F(Form, CaptionsAreNumbered)
     EXPECT_EQ(caption(L"Chart:2"), L"Chart:2:2");
     collection.call(L"Add", {5, 4});
     expect_error(form.try_call(L"qvCaption", {collection, L"Chart"}), 13, L"Type mismatch");
+    expect_error(form.try_call(L"qvCaption", {Value{static_cast<IDispatch*>(nullptr)}, L""}), 91, L"Object variable or With block variable not set");
     expect_error(form.try_call(L"qvCaption", {&first, L"Chart"}), 438, L"Object doesn't support this property or method");
     collection.call(L"RemoveAll");
 }

@@ -219,6 +219,8 @@ TEST_F(Bitmap, FilesTellTheirSize)
     const std::string header = "BM\x76\x0E\0\0\0\0\0\0\x36\0\0\0"s, size = "\x28\0\0\0\x80\2\0\0\xE0\1\0\0\1\0\x18\0"s;
     const std::wstring plain = folder.write(L"plain.bmp", header + size + std::string(4000, 'x'));
     EXPECT_EQ(size_of(plain), L"640 480");
+    for (const char kind : {'\x0C', '\x38', '\x40', '\x6C', '\x7C', '\0'})
+        EXPECT_EQ(size_of(folder.write(L"other.bmp", header + kind + size.substr(1))), L"640 480") << "a header of so many bytes: " << int{kind};
     EXPECT_EQ(size_of(folder.write(L"down.bmp", header + "\x28\0\0\0\1\0\0\0\x20\xFE\xFF\xFF"s)), L"1 -480");
     EXPECT_EQ(size_of(folder.write(L"cut.bmp", (header + size).substr(0, 20))), L"640 0");
     EXPECT_EQ(size_of(folder.write(L"text", "no bitmap at all, but it has as many characters as a header")), L"544503138 1746957417");
