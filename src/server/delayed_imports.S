@@ -58,6 +58,7 @@
         import  shlwapi, PathStripToRootW, 4
         import  shlwapi, PathUnquoteSpacesW, 4
 
+        import  user32, CallWindowProcA, 20
         import  user32, DispatchMessageW, 4
         import  user32, DrawEdge, 16
         import  user32, DrawFrameControl, 16
@@ -78,6 +79,7 @@
         import  user32, RedrawWindow, 16
         import  user32, ReleaseDC, 8
         import  user32, SendMessageA, 16
+        import  user32, SetWindowLongA, 12
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
 
