@@ -7,7 +7,8 @@ Set bitmap = CreateObject("qvObjects.qvBitmap")
 Set common = CreateObject("qvObjects.qvCommon")
 Set files = CreateObject("Scripting.FileSystemObject")
 
-WScript.Echo common.Insert("The screen has |1 x |2 pixels, each |3 twips wide.", screen.WidthPixel, screen.HeightPixel, screen.TwipsPerPixelX)
+WScript.Echo common.Insert("The screen has |1 x |2 pixels, each |3 twips wide.", _
+    screen.WidthPixel, screen.HeightPixel, screen.TwipsPerPixelX)
 metrics.ScaleMode = 1    ' twips from here on
 WScript.Echo common.Insert("A caption is |1 twips high, a vertical scroll bar |2 wide.", metrics.CaptionY, metrics.ScrollXV)
 WScript.Echo "Windows are #" & Hex(colours.Window) & ", buttons #" & Hex(colours.BtnFace) & " (blue, green, red)."

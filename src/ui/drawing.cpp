@@ -13,11 +13,9 @@ using Bitmap = automation::Handle<automation::NullMeansNone<HBITMAP, &DeleteObje
 /// The part at the lower right of an area inside its edge, no larger than that.
 RECT corner_of(const RECT& area, SIZE size)
 {
-    const auto end = [](LONG end, int edge) { return std::int64_t{end} - edge; };
-    const auto start = [](LONG start, int edge, std::int64_t end, LONG length) { return std::max(start + std::int64_t{edge}, end - length); };
-    const int edge_x = GetSystemMetrics(SM_CXEDGE), edge_y = GetSystemMetrics(SM_CYEDGE);
-    const std::int64_t right = end(area.right, edge_x), bottom = end(area.bottom, edge_y);
-    const std::int64_t left = start(area.left, edge_x, right, size.cx), top = start(area.top, edge_y, bottom, size.cy);
+    const std::int64_t edge_x = GetSystemMetrics(SM_CXEDGE), edge_y = GetSystemMetrics(SM_CYEDGE);
+    const std::int64_t right = area.right - edge_x, bottom = area.bottom - edge_y;
+    const std::int64_t left = std::max(area.left + edge_x, right - size.cx), top = std::max(area.top + edge_y, bottom - size.cy);
     if (left >= right || top >= bottom)
         return {};
     return {static_cast<LONG>(left), static_cast<LONG>(top), static_cast<LONG>(right), static_cast<LONG>(bottom)};

@@ -17,5 +17,8 @@ public:
     std::wstring get_Fonts(short i) { return device::printer_font(i); }
     short get_FontCount() { return device::printer_font_count(); }
     /// A number, although it is a name: raises 13 for one that is none.
-    short get_DeviceName() { return automation::converted(automation::Variant{std::wstring_view{device::printer_name()}}, VT_I2).iVal; }
+    short get_DeviceName()
+    {
+        return automation::converted(automation::Variant{std::wstring_view{device::printer_name()}}, VT_I2).iVal;
+    }
 };

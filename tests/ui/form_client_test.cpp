@@ -41,7 +41,8 @@ class Window {
 public:
     explicit Window(const wchar_t* window_class, HWND parent = nullptr, DWORD style = WS_OVERLAPPED)
     {
-        window_ = CreateWindowExW(0, window_class, L"", style | (parent ? WS_CHILD : 0), 0, 0, 200, 100, parent, nullptr, nullptr, nullptr);
+        style |= parent ? WS_CHILD : 0;
+        window_ = CreateWindowExW(0, window_class, L"", style, 0, 0, 200, 100, parent, nullptr, nullptr, nullptr);
         EXPECT_TRUE(window_);
     }
     ~Window() { DestroyWindow(window_); }
@@ -217,7 +218,8 @@ TEST_F(Form, TheHalftoneBrushPaintsAChessboard)
 
 TEST_F(Form, TextIsAppended)
 {
-    Recorded box{log, {{L"Text", L"old"}, {L"SelStart", 0}, {L"SelLength", 0}, {L"SelText", L""}, {L"SelColor", 0}, {L"SelRTF", L""}}};
+    Recorded box{log, {{L"Text", L"old"}, {L"SelStart", 0}, {L"SelLength", 0}, {L"SelText", L""}, {L"SelColor", 0},
+                       {L"SelRTF", L""}}};
     const auto append = [&](const wchar_t* part) {
         return [&box, part] { box[L"Text"] = box[L"Text"].text() + box[part].text(); };
     };
@@ -227,7 +229,8 @@ TEST_F(Form, TextIsAppended)
     EXPECT_EQ(logged(L"AddText2Ctrl", {&box, L"er", false}), L"Text? SelStart=7 SelText=er ");
     EXPECT_EQ(logged(L"AddText2Ctrl", {&box, L" red", false, 255}),
               L"Text? SelStart=9 SelText= red SelStart=9 SelLength=4 SelColor=255 Text? SelStart=13 SelColor=-2147483640 ");
-    EXPECT_TRUE(logged(L"AddText2Ctrl", {&box, L"!", true, 0}).ends_with(L"Text? SelStart=14 SelColor=-2147483640 Text? SelStart=14 "));
+    EXPECT_TRUE(logged(L"AddText2Ctrl", {&box, L"!", true, 0})
+                    .ends_with(L"Text? SelStart=14 SelColor=-2147483640 Text? SelStart=14 "));
     EXPECT_EQ(logged(L"AddText2Ctrl", {&box}), L"Text? SelStart=14 SelText= Text? SelStart=14 ");
     EXPECT_EQ(logged(L"AddTextRTF", {&box, L"{}"}), L"Text? SelStart=14 SelRTF={} ");
     EXPECT_EQ(logged(L"AddTextRTF", {&box, L"{b}", true}), L"Text? SelStart=16 SelRTF={b} Text? SelStart=19 ");
@@ -261,7 +264,8 @@ TEST_F(Form, ControlsAreMovedIntoTheForm)
 TEST_F(Form, CaptionsAreNumbered)
 {
     const Object collection = Object::create(L"Scripting.Dictionary"); // enumerates its keys, which may be objects
-    Recorded first{log, {{L"Caption", L"Chart"}}}, second{log, {{L"Caption", L"Chart:3"}}}, third{log, {{L"Caption", L"Chart:2"}}};
+    Recorded first{log, {{L"Caption", L"Chart"}}}, second{log, {{L"Caption", L"Chart:3"}}};
+    Recorded third{log, {{L"Caption", L"Chart:2"}}};
     const auto caption = [&](const wchar_t* wanted) { return form.call(L"qvCaption", {collection, wanted}).text(); };
     EXPECT_EQ(caption(L"Chart"), L"Chart") << "no form at all";
     collection.call(L"Add", {&first, 1});
@@ -275,7 +279,8 @@ TEST_F(Form, CaptionsAreNumbered)
     EXPECT_EQ(caption(L"Chart:2"), L"Chart:2:2");
     collection.call(L"Add", {5, 4});
     expect_error(form.try_call(L"qvCaption", {collection, L"Chart"}), 13, L"Type mismatch");
-    expect_error(form.try_call(L"qvCaption", {Value{static_cast<IDispatch*>(nullptr)}, L""}), 91, L"Object variable or With block variable not set");
+    const Value nothing{static_cast<IDispatch*>(nullptr)};
+    expect_error(form.try_call(L"qvCaption", {nothing, L""}), 91, L"Object variable or With block variable not set");
     expect_error(form.try_call(L"qvCaption", {&first, L"Chart"}), 438, L"Object doesn't support this property or method");
     collection.call(L"RemoveAll");
 }
@@ -323,7 +328,8 @@ TEST_F(Form, EdgesAreDrawnInsideARectangle)
         DeleteObject(brush);
         VARIANT arguments[]{Value{grip}, Value{dy}, Value{dx}, record, handle(picture.context())};
         DISPPARAMS parameters{arguments, nullptr, 5, 0};
-        EXPECT_EQ(form.dispatch()->Invoke(form.id(L"Draw3dEdge"), IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
+        const DISPID id = form.id(L"Draw3dEdge");
+        EXPECT_EQ(form.dispatch()->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
     };
     const Picture plain{120, 80}, filled{120, 80}, gripped{120, 80};
     draw(plain, 0, 17, true);
@@ -360,16 +366,17 @@ TEST_F(Form, ObjectsAreHeldWhileTheyAreUsed)
     _qvForm* early = nullptr;
     ASSERT_EQ(form.dispatch()->QueryInterface(__uuidof(_qvForm), reinterpret_cast<void**>(&early)), S_OK);
     Recorded items{log, {{L"Count", 0}}};
-    Recorded control{log, {{L"MultiSelect", true}, {L"ListItems", &items}, {L"Text", L""}, {L"SelStart", 0}, {L"SelText", L""}, {L"SelRTF", L""},
-                           {L"Enabled", true}, {L"BackColor", 0}, {L"ScaleWidth", 5}, {L"ScaleHeight", 5}, {L"Left", 9}, {L"Top", 9},
-                           {L"Width", 1}, {L"Height", 1}, {L"ListCount", 0}, {L"ColumnCount", 1}}};
+    const Recorded::Members members{
+        {L"MultiSelect", true}, {L"ListItems", &items}, {L"Text", L""}, {L"SelStart", 0}, {L"SelText", L""}, {L"SelRTF", L""},
+        {L"Enabled", true}, {L"BackColor", 0}, {L"ScaleWidth", 5}, {L"ScaleHeight", 5}, {L"Left", 9}, {L"Top", 9}, {L"Width", 1},
+        {L"Height", 1}, {L"ListCount", 0}, {L"ColumnCount", 1}};
+    Recorded control{log, members};
     // The test has one reference, each use of a member has one, and the call has its own from the first to the last of them.
     int uses = 0;
-    for (const wchar_t* member : {L"MultiSelect", L"ListItems", L"Text", L"SelStart", L"SelText", L"SelRTF", L"Enabled", L"BackColor", L"ScaleWidth",
-                                  L"ScaleHeight", L"Left", L"Top", L"Width", L"Height", L"ListCount", L"ColumnCount"})
-        control.when(member, [&, member] {
+    for (const auto& [member, value] : members)
+        control.when(member.c_str(), [&] {
             ++uses;
-            EXPECT_GE(control.references(), 3) << std::wstring{member}.c_str();
+            EXPECT_GE(control.references(), 3) << log.c_str();
         });
     Value selected;
     VARIANT_BOOL flag = VARIANT_FALSE;

@@ -21,7 +21,8 @@ TEST(Lengths, AnInchHas1440Twips)
 
 TEST(Lengths, AreRoundedToTheNearestAndTheEvenNumber)
 {
-    for (const auto& [length, whole] : {std::pair{14.4, 14}, {0.5, 0}, {1.5, 2}, {-2.5, -2}, {-0.6, -1}, {32767.49, 32767}, {-32768.5, -32768}})
+    for (const auto& [length, whole] :
+         {std::pair{14.4, 14}, {0.5, 0}, {1.5, 2}, {-2.5, -2}, {-0.6, -1}, {32767.49, 32767}, {-32768.5, -32768}})
         EXPECT_EQ(device::rounded<std::int16_t>(length), whole) << length;
     for (const double length : {32767.5, -32768.6, 65536., 1e300, std::nan("")})
         EXPECT_EQ(error_of([&] { device::rounded<std::int16_t>(length); }), 6) << length;

@@ -18,7 +18,8 @@ public:
     enum Member { ListCount = 1, ColumnCount, Selected, List, Column, AddItem, RemoveItem, Clear, ListIndex };
 
     ListBox(const std::wstring& entries, int columns)
-        : DispatchObject{{L"ListCount", L"ColumnCount", L"Selected", L"List", L"Column", L"AddItem", L"RemoveItem", L"Clear", L"ListIndex"},
+        : DispatchObject{{L"ListCount", L"ColumnCount", L"Selected", L"List", L"Column", L"AddItem", L"RemoveItem", L"Clear",
+                          L"ListIndex"},
                          [this](DISPID member, const DISPPARAMS& arguments, VARIANT* result) {
                              return answer(static_cast<Member>(member), arguments, result);
                          }},
@@ -69,7 +70,7 @@ private:
         const auto row = [&](UINT i) { return static_cast<std::size_t>(argument(i).lVal); };
         const auto give = [&](Value value) { return VariantCopy(result, &value); };
         if (!is_put && member <= Column)
-            questions += std::wstring{L"#cslC"}[member - 1] + (arguments.cArgs > 0 ? std::to_wstring(argument(arguments.cArgs - 1).lVal) : L"") + L" ";
+            questions += L"#cslC"[member - 1] + (arguments.cArgs > 0 ? std::to_wstring(arguments.rgvarg[0].lVal) : L"") + L" ";
         switch (member) {
         case ListCount:
             return give(static_cast<long>(rows_.size()));
@@ -141,7 +142,7 @@ TEST_F(ListBoxes, SelectionsAreLookedForInSoManyEntriesOnly)
     long count = 0, asked = 0, selected = -1;
     DispatchObject box{{L"ListCount", L"Selected"}, [&](DISPID member, const DISPPARAMS& arguments, VARIANT* result) {
                            asked += member == 2;
-                           static_cast<VARIANT&>(*result) = member == 1 ? Value{count} : Value{arguments.rgvarg[0].lVal == selected};
+                           *result = member == 1 ? Value{count} : Value{arguments.rgvarg[0].lVal == selected};
                            return S_OK;
                        }};
     count = 32767;
@@ -159,7 +160,15 @@ TEST_F(ListBoxes, SelectionsAreLookedForInSoManyEntriesOnly)
 
 TEST_F(ListBoxes, EntriesAreCopiedAndMoved)
 {
-    struct Case { const wchar_t* from; int from_columns; const wchar_t* to; int to_columns; bool all; long taken; const wchar_t *copied, *left; };
+    struct Case {
+        const wchar_t* from;
+        int from_columns;
+        const wchar_t* to;
+        int to_columns;
+        bool all;
+        long taken;
+        const wchar_t *copied, *left;
+    };
     for (const Case& c : {
              Case{L"", 1, L"x", 1, true, 0, L"x", L""},
              {L"a|*b|c|*d", 1, L"x", 1, false, 2, L"x|b|d", L"a|c"},
@@ -256,8 +265,8 @@ TEST_F(ListBoxes, WhatIsNoListBoxIsAnError)
     DispatchObject other{{L"Caption"}, {}};
     ListBox box{L"a", 1};
     const Value nothing{static_cast<IDispatch*>(nullptr)};
-    for (const auto& [member, arguments] : {std::pair{L"Box_Sel", std::vector<Value>{}}, {L"Box_Del", {}}, {L"Box_Sort", {0}}, {L"Box_Copy", {&box, true}},
-                                            {L"Box_Move", {&box, true}}}) {
+    for (const auto& [member, arguments] : {std::pair{L"Box_Sel", std::vector<Value>{}}, {L"Box_Del", {}}, {L"Box_Sort", {0}},
+                                            {L"Box_Copy", {&box, true}}, {L"Box_Move", {&box, true}}}) {
         std::vector<Value> with = arguments;
         with.insert(with.begin(), Value{&other});
         expect_error(form.try_call(member, with), 438, L"Object doesn't support this property or method");

@@ -62,8 +62,8 @@ TEST_F(Screen, SizesAreThoseOfThePrimaryScreen)
     const Object screen = Object::create(L"qvObjects.qvScreen");
     const double x = 1440. / of_screen(LOGPIXELSX), y = 1440. / of_screen(LOGPIXELSY);
     for (const auto& [member, value] :
-         {std::pair{L"TwipsPerPixelX", x}, {L"TwipsPerPixelY", y}, {L"WidthTwips", of_screen(HORZRES) * x}, {L"WidthPixel", of_screen(HORZRES)},
-          {L"HeightTwips", of_screen(VERTRES) * y}, {L"HeightPixel", of_screen(VERTRES)}}) {
+         {std::pair{L"TwipsPerPixelX", x}, {L"TwipsPerPixelY", y}, {L"WidthTwips", of_screen(HORZRES) * x},
+          {L"WidthPixel", of_screen(HORZRES)}, {L"HeightTwips", of_screen(VERTRES) * y}, {L"HeightPixel", of_screen(VERTRES)}}) {
         const client::Outcome outcome = screen.try_call(member);
         if (std::nearbyint(value) > 32767) {
             expect_error(outcome, 6, L"Overflow");
@@ -158,8 +158,8 @@ TEST_F(Metrics, AreThePlatformsInPixelsOrTwips)
         {L"SizeX", 30, 'X'}, {L"SizeY", 31, 'Y'}, {L"FrameX", 32, 'X'}, {L"FrameY", 33, 'Y'}, {L"MinTrackX", 34, 'X'},
         {L"MinTrackY", 35, 'Y'}, {L"DoubleClkX", 36, 'X'}, {L"DoubleClkY", 37, 'Y'}, {L"IconSpacingX", 38, 'X'},
         {L"IconSpacingY", 39, 'Y'}, {L"MenuDropAlignment", 40, '-'}, {L"PenWindows", 41, '-'}, {L"DbcEnabled", 42, '-'},
-        {L"MouseButtons", 43, '-'}, {L"Metrics", 76, '-'}, {L"SizeFrameX", 32, 'X'}, {L"SizeFrameY", 33, 'Y'}, {L"FixedFrameX", 7, 'X'},
-        {L"FixedFrameY", 8, 'Y'}};
+        {L"MouseButtons", 43, '-'}, {L"Metrics", 76, '-'}, {L"SizeFrameX", 32, 'X'}, {L"SizeFrameY", 33, 'Y'},
+        {L"FixedFrameX", 7, 'X'}, {L"FixedFrameY", 8, 'Y'}};
     const Object metrics = Object::create(L"qvObjects.qvSystemMetrics");
     const auto expect_metrics = [&](double x, double y) {
         for (const Case& c : cases) {
@@ -175,7 +175,8 @@ TEST_F(Metrics, AreThePlatformsInPixelsOrTwips)
     metrics.put(L"ScaleMode", {1});
     expect_metrics(x, y);
     for (const short unit : {0, 2, 4, -1})
-        expect_error(metrics.try_put(L"ScaleMode", {unit}), static_cast<long>(0x80040001), L"Eigenschaft wird nicht unterst\u00fctzt!");
+        expect_error(metrics.try_put(L"ScaleMode", {unit}), static_cast<long>(0x80040001),
+                     L"Eigenschaft wird nicht unterst\u00fctzt!");
     expect_metrics(x, y);
     metrics.put(L"ScaleMode", {3});
     expect_metrics(1, 1);
@@ -220,10 +221,10 @@ TEST_F(Bitmap, FilesTellTheirSize)
     const std::wstring plain = folder.write(L"plain.bmp", header + size + std::string(4000, 'x'));
     EXPECT_EQ(size_of(plain), L"640 480");
     for (const char kind : {'\x0C', '\x38', '\x40', '\x6C', '\x7C', '\0'})
-        EXPECT_EQ(size_of(folder.write(L"other.bmp", header + kind + size.substr(1))), L"640 480") << "a header of so many bytes: " << int{kind};
+        EXPECT_EQ(size_of(folder.write(L"other.bmp", header + kind + size.substr(1))), L"640 480") << "header size " << int{kind};
     EXPECT_EQ(size_of(folder.write(L"down.bmp", header + "\x28\0\0\0\1\0\0\0\x20\xFE\xFF\xFF"s)), L"1 -480");
     EXPECT_EQ(size_of(folder.write(L"cut.bmp", (header + size).substr(0, 20))), L"640 0");
-    EXPECT_EQ(size_of(folder.write(L"text", "no bitmap at all, but it has as many characters as a header")), L"544503138 1746957417");
+    EXPECT_EQ(size_of(folder.write(L"text", "no bitmap at all, but it has enough characters")), L"544503138 1746957417");
     EXPECT_EQ(size_of(folder.write(L"empty", "")), L"0 0");
     EXPECT_EQ(size_of(folder.file(L"missing")), L"0 0");
     EXPECT_EQ(Folder::read(folder.file(L"missing")), "") << "it is there now, empty";
