@@ -5,6 +5,12 @@
 
         import  comctl32, InitCommonControlsEx, 4
 
+        import  gdi32, CreateBitmap, 20
+        import  gdi32, CreateICW, 16
+        import  gdi32, CreatePatternBrush, 4
+        import  gdi32, DeleteDC, 4
+        import  gdi32, DeleteObject, 4
+        import  gdi32, EnumFontFamiliesExW, 20
         import  gdi32, GetDeviceCaps, 8
         import  gdi32, GetObjectType, 4
         import  gdi32, GetTextExtentPoint32W, 16
@@ -59,19 +65,29 @@
         import  user32, DefWindowProcA, 16
         import  user32, DestroyWindow, 4
         import  user32, DispatchMessageW, 4
+        import  user32, DrawEdge, 16
+        import  user32, DrawFrameControl, 16
         import  user32, DrawTextExA, 24
+        import  user32, FillRect, 12
+        import  user32, FindWindowExA, 16
         import  user32, GetActiveWindow, 0
         import  user32, GetClassLongA, 8
+        import  user32, GetClientRect, 8
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
         import  user32, GetPropA, 8
+        import  user32, GetSysColor, 4
+        import  user32, GetSysColorBrush, 4
+        import  user32, GetSystemMetrics, 4
         import  user32, GetWindowLongA, 8
         import  user32, GetWindowThreadProcessId, 8
+        import  user32, IsRectEmpty, 4
         import  user32, IsWindow, 4
         import  user32, KillTimer, 8
         import  user32, MessageBoxW, 16
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
+        import  user32, RedrawWindow, 16
         import  user32, ReleaseDC, 8
         import  user32, RemovePropA, 8
         import  user32, SendMessageA, 16
@@ -80,3 +96,5 @@
         import  user32, SetWindowLongA, 12
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
+
+        import  winspool.drv, GetDefaultPrinterW, 8
