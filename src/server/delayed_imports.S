@@ -52,11 +52,19 @@
         import  shlwapi, PathStripToRootW, 4
         import  shlwapi, PathUnquoteSpacesW, 4
 
+        import  user32, ChangeDisplaySettingsA, 8
         import  user32, DispatchMessageW, 4
         import  user32, DrawTextExA, 24
+        import  user32, EnumDisplaySettingsA, 12
+        import  user32, EnumWindows, 8
         import  user32, GetActiveWindow, 0
+        import  user32, GetClassNameA, 12
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
+        import  user32, GetSysColor, 4
+        import  user32, GetWindowTextA, 12
+        import  user32, GetWindowTextLengthA, 4
+        import  user32, IsWindow, 4
         import  user32, MessageBoxW, 16
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4

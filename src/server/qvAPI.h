@@ -2,6 +2,7 @@
 
 #include "automation/object.h"
 #include "ini/qvAPI_profile.h"
+#include "system/qvAPI_system.h"
 #include "text/qvAPI_identifiers.h"
 
 #include <qvObjects_contract.h>
@@ -10,4 +11,5 @@
 /// belongs to.
 class qvAPI final : public automation::Object<qvAPI, faces::qvAPI>,
                     public qvAPI_profile,
-                    public qvAPI_identifiers {};
+                    public qvAPI_identifiers,
+                    public qvAPI_system {};
