@@ -8,6 +8,7 @@
 #include "automation/module.h"
 #include "system/temporary_prefix.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -35,7 +36,8 @@ std::string window_text(HWND window, std::size_t size)
 {
     const CalculatesAsClient as_client;
     std::string text(size, ' ');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(size))));
+    const auto length = static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(size)));
+    text.resize(std::min(length, size)); // a window may say anything
     return text;
 }
 
@@ -112,7 +114,7 @@ short qvAPI_system::GetWindowText(long hwnd, BSTR& sCaption)
 {
     const HWND window = automation::handle_from<HWND>(hwnd);
     const std::string bytes = IsWindow(window) ? window_text(window, room) : std::string{}; // Wine finds a text for what is none
-    const bool may_be_cut = bytes.size() + 1 == room;
+    const bool may_be_cut = bytes.size() + 1 >= room;
     const std::wstring text = automation::decode(may_be_cut ? automation::without_cut_character(bytes) : bytes);
     automation::replace(sCaption, text);
     return static_cast<short>(text.size());

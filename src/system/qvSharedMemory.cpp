@@ -67,7 +67,7 @@ std::span<char> qvSharedMemory::block() const
     if (!is_open_)
         raise(Runtime::TypeMismatch);
     MEMORY_BASIC_INFORMATION pages{};
-    require(memory_ && VirtualQuery(memory_, &pages, sizeof pages));
+    require(memory_ && VirtualQuery(memory_, &pages, sizeof pages) && pages.State == MEM_COMMIT);
     return {memory_, pages.RegionSize};
 }
 
