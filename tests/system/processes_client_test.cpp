@@ -120,6 +120,12 @@ TEST_F(Processes, CheckLibFunctionLooksIntoALibrary)
     wchar_t library[MAX_PATH], before[MAX_PATH], after[MAX_PATH];
     GetModuleFileNameW(GetModuleHandleW(L"qvObjects.dll"), library, MAX_PATH);
     GetCurrentDirectoryW(MAX_PATH, before);
+    // Libraries that this one needs lie beside it only.
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const std::wstring own_folder = std::filesystem::path{program}.parent_path(), plug_in = own_folder + L"\\hosts\\plug_in.dll";
+    EXPECT_FALSE(LoadLibraryW(plug_in.c_str()));
+
     const client::Folder folder;
     const std::wstring text_file = folder.write(L"no library.dll", "text");
     struct Case {
@@ -128,7 +134,8 @@ TEST_F(Processes, CheckLibFunctionLooksIntoALibrary)
         bool found;
     };
     for (const auto& [path, function, found] :
-         {Case{library, L"DllGetClassObject", true}, Case{library, L"dllGetClassObject", false}, Case{L"kernel32", L"GetProcAddress", true},
+         {Case{library, L"DllGetClassObject", true}, Case{library, L"dllGetClassObject", false}, Case{plug_in, L"catches_exceptions", true},
+          Case{L"kernel32", L"GetProcAddress", true},
           Case{L"kernel32.dll", L"", false}, Case{text_file, L"x", false}, Case{folder.file(L"nothing.dll"), L"x", false},
           Case{L"", L"x", false}, Case{L"C:\\no such folder\\kernel32.dll", L"GetProcAddress", false}}) {
         EXPECT_EQ(common.call(L"CheckLibFunction", {path, function}).flag(), found) << path << L" " << function;
