@@ -154,6 +154,6 @@ TEST_F(SharedMemory, TwoProcessesExchangeTextsWhenTheFirstObjectIsGone)
     shared(block, static_cast<long>(4 + 2 * megabyte)).put(L"Str", {umlauts});
     SetEnvironmentVariableW(name_variable, block.c_str());
     EXPECT_EQ(client::OwnProcess{L"SharedMemoryRole.DISABLED_Partner"}.exit_code(), 0u);
-    EXPECT_EQ(text_of(shared(block)), std::wstring(megabyte, L'\u00E4'));
+    EXPECT_TRUE(text_of(shared(block)) == std::wstring(megabyte, L'\u00E4')); // a megabyte is not to be shown
     EXPECT_EQ(text_of(shared(block + L"2")), L"");
 }
