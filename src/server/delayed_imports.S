@@ -52,6 +52,7 @@
         import  shlwapi, PathStripToRootW, 4
         import  shlwapi, PathUnquoteSpacesW, 4
 
+        import  user32, CallWindowProcA, 20
         import  user32, ChangeDisplaySettingsA, 8
         import  user32, DispatchMessageW, 4
         import  user32, DrawTextExA, 24
@@ -69,5 +70,6 @@
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
         import  user32, ReleaseDC, 8
+        import  user32, SetWindowLongA, 12
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW

@@ -125,7 +125,8 @@ long qvAPI_system::GetSysColor(long nIndex)
     return static_cast<long>(::GetSysColor(static_cast<int>(nIndex)));
 }
 
-long qvAPI_system::FindWindowAll(std::wstring_view sClassName, std::wstring_view sWindowText, IDispatch* hWnds, bool fClearCollection)
+long qvAPI_system::FindWindowAll(std::wstring_view sClassName, std::wstring_view sWindowText, IDispatch* hWnds,
+                                bool fClearCollection)
 {
     WindowSearch search{sClassName, sWindowText}; // has texts of its own: the collection's code may change the client's
     const automation::Ref held{hWnds};

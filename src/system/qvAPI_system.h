@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// The members of qvAPI that ask the system about folders, windows and the display. Texts go to it and come from it in its code page,
-/// and its failures are not told: nothing, 0 or False is what they give.
+/// The members of qvAPI that ask the system about folders, windows and the display. Texts go to it and come from it in its code
+/// page, and its failures are not told: nothing, 0 or False is what they give.
 class qvAPI_system {
 public:
     std::wstring GetTempPath();

@@ -33,8 +33,10 @@ DWORD exit_code(const KernelHandle& process)
 void wait_until_ended(const KernelHandle& process)
 {
     const DWORD result = WaitForSingleObject(process.get(), INFINITE);
-    if (result == WAIT_FAILED)
-        throw automation::Error{static_cast<std::int32_t>(result), MErrors::GetSystemErrorText(static_cast<std::int32_t>(GetLastError()))};
+    if (result != WAIT_FAILED)
+        return;
+    const auto reason = static_cast<std::int32_t>(GetLastError());
+    throw automation::Error{static_cast<std::int32_t>(result), MErrors::GetSystemErrorText(reason)};
 }
 
 /// The thread handles its messages. The handle says whether the process has ended: its exit code may be that of one which runs.

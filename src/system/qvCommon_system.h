@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// The members of qvCommon that wait for processes, end them, and look into libraries. What the system refuses is not told, but for
-/// a wait that fails.
+/// The members of qvCommon that wait for processes, end them, and look into libraries. What the system refuses is not told, but
+/// for a wait that fails.
 class qvCommon_system {
 public:
     long WaitOnProgram(long idProg, bool WaitDead);

@@ -43,7 +43,8 @@ void qvSharedMemory::open(std::wstring_view name, long size)
     is_open_ = false;
     mapping_.release(); // a block opened before stays open
     SetLastError(ERROR_SUCCESS);
-    KernelHandle mapping{CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, static_cast<DWORD>(size), ansi_name)};
+    const auto bytes = static_cast<DWORD>(size);
+    KernelHandle mapping{CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, bytes, ansi_name)};
     const DWORD outcome = GetLastError();
     if (!mapping)
         MErrors::RaiseWindowsError(static_cast<std::int32_t>(outcome));

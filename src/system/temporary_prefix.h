@@ -5,8 +5,8 @@
 
 namespace processes {
 
-/// The three characters with which the names of a module's temporary files begin: those of its name up to a dot, with "$" in front
-/// of a name that has fewer.
+/// The three characters with which the names of a module's temporary files begin: those of its name up to a dot, with "$" in
+/// front of a name that has fewer.
 std::wstring temporary_prefix(std::wstring_view module);
 
 } // namespace processes

@@ -1,7 +1,8 @@
 // What becomes of calls when memory runs short: the library's own requests are refused, one after the other.
 #include "hosts/library.h"
-#include "support/dispatch_object.h"
+#include "support/message_listener.h"
 #include "support/tables.h"
+#include "support/test_window.h"
 
 #include <functional>
 #include <span>
@@ -270,6 +271,8 @@ protected:
     const client::Folder folder;
 };
 
+using Windows = ErrorInformation;
+
 class Memory : public ErrorInformation, public testing::WithParamInterface<Use> {};
 
 } // namespace
@@ -320,4 +323,36 @@ TEST_F(ErrorInformation, IsNeverThatOfAFormerError)
     face->Release();
 }
 
-INSTANTIATE_TEST_SUITE_P(Uses, Memory, testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data, convert_and_share));
+TEST_F(Windows, GetTheirMessagesAlsoWhenThereIsNoMemoryToWatchThem)
+{
+    const HMODULE module = fresh_library();
+    std::size_t heard = 0;
+    bool refused = true;
+    int first = 1;
+    for (; refused; ++first)
+        std::thread{[&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            client::TestWindow window;
+            {
+                const Object watcher = library::create(module, __uuidof(qvWindowProc));
+                client::MessageListener listener{watcher};
+                shortage = {GetCurrentThreadId(), first, false, 0};
+                for (const long message : {1L, 2L, long{WM_USER}})
+                    watcher.try_call(L"AddMsg", {message});
+                watcher.try_put(L"hwnd", {window.number()});
+                watcher.try_put(L"Enabled", {true});
+                EXPECT_EQ(window.send(WM_USER), client::TestWindow::answer) << first;
+                shortage.thread = 0;
+                refused = shortage.asked >= first;
+                heard += listener.heard().size();
+            }
+            CoUninitialize();
+            EXPECT_EQ(window.send(WM_USER), client::TestWindow::answer) << first;
+        }}.join();
+    EXPECT_GT(first, 10) << "hardly anything was refused";
+    EXPECT_GT(heard, 1u);
+    EXPECT_EQ(library::can_unload(module), S_OK);
+}
+
+INSTANTIATE_TEST_SUITE_P(Uses, Memory,
+                         testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data, convert_and_share));

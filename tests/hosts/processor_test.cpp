@@ -1,7 +1,9 @@
 // Programs that ask the processor for exceptions, or calculate with other precision, on either of its units.
 #include "hosts/walk.h"
+#include "support/message_listener.h"
 #include "support/own_process.h"
 #include "support/tables.h"
+#include "support/test_window.h"
 
 #include <xmmintrin.h>
 
@@ -49,6 +51,14 @@ Modes in_modes(const Modes& modes, Code&& code)
     const Modes left = Modes::now();
     usual.set();
     return left;
+}
+
+Modes in_window{};
+
+LRESULT CALLBACK note_modes(HWND, UINT, WPARAM, LPARAM)
+{
+    in_window = Modes::now();
+    return 0;
 }
 
 class Processor : public testing::Test {
@@ -174,6 +184,25 @@ TEST_F(Processor, WhatAHandlerLeavesBehindDoesNotReachTheLibrary)
     const Modes left = in_modes(usual, [&] { EXPECT_EQ(walk.run().result, S_OK); });
     EXPECT_EQ(left.x87, usual.x87);
     EXPECT_EQ(left.sse & ~0x3Fu, usual.sse);
+}
+
+TEST_F(Processor, WatchedWindowsAndTheirHandlersRunInTheModesOfTheSender)
+{
+    Modes in_handler{};
+    client::TestWindow window;
+    SetWindowLongA(window.handle(), GWL_WNDPROC, reinterpret_cast<LONG>(&note_modes));
+    const Object watcher = Object::create(L"qvObjects.qvWindowProc");
+    const client::MessageListener listener{watcher, [&](auto&) {
+                                               in_handler = Modes::now();
+                                               return S_OK;
+                                           }};
+    watcher.call(L"AddMsg", {long{WM_USER}});
+    watcher.put(L"hwnd", {window.number()});
+    watcher.put(L"Enabled", {true});
+    EXPECT_EQ(in_modes(asking, [&] { window.send(WM_USER); }), asking);
+    EXPECT_EQ(in_handler, asking);
+    EXPECT_EQ(in_window, asking);
+    watcher.put(L"Enabled", {false});
 }
 
 TEST_F(Processor, MembersOfTheClientsObjectsRunInItsModes)

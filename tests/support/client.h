@@ -324,10 +324,10 @@ public:
     }
     ~Apartment()
     {
+        CoUninitialize(); // after which objects that the library keeps for the thread are gone, too
         if (--running() == 0) {
             EXPECT_TRUE(nothing_left()) << "objects of the library are left";
         }
-        CoUninitialize();
     }
     Apartment(const Apartment&) = delete;
     Apartment& operator=(const Apartment&) = delete;

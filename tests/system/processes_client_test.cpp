@@ -59,7 +59,8 @@ TEST_F(Processes, AreWaitedFor)
         DWORD code;
         std::vector<Value> how;
     };
-    for (const auto& [code, how] : {Case{42, {true}}, Case{43, {false}}, Case{0xFFFFFFFE, {}}, Case{still_active, {}}, Case{still_active, {true}}}) {
+    for (const auto& [code, how] :
+         {Case{42, {true}}, Case{43, {false}}, Case{0xFFFFFFFE, {}}, Case{still_active, {}}, Case{still_active, {true}}}) {
         const OwnProcess process = ending_with(code);
         std::vector<Value> arguments{static_cast<long>(process.id())};
         arguments.insert(arguments.end(), how.begin(), how.end());
@@ -134,10 +135,10 @@ TEST_F(Processes, CheckLibFunctionLooksIntoALibrary)
         bool found;
     };
     for (const auto& [path, function, found] :
-         {Case{library, L"DllGetClassObject", true}, Case{library, L"dllGetClassObject", false}, Case{plug_in, L"catches_exceptions", true},
-          Case{L"kernel32", L"GetProcAddress", true},
-          Case{L"kernel32.dll", L"", false}, Case{text_file, L"x", false}, Case{folder.file(L"nothing.dll"), L"x", false},
-          Case{L"", L"x", false}, Case{L"C:\\no such folder\\kernel32.dll", L"GetProcAddress", false}}) {
+         {Case{library, L"DllGetClassObject", true}, Case{library, L"dllGetClassObject", false},
+          Case{plug_in, L"catches_exceptions", true}, Case{L"kernel32", L"GetProcAddress", true}, Case{L"kernel32.dll", L"", false},
+          Case{text_file, L"x", false}, Case{folder.file(L"nothing.dll"), L"x", false}, Case{L"", L"x", false},
+          Case{L"C:\\no such folder\\kernel32.dll", L"GetProcAddress", false}}) {
         EXPECT_EQ(common.call(L"CheckLibFunction", {path, function}).flag(), found) << path << L" " << function;
         GetCurrentDirectoryW(MAX_PATH, after);
         EXPECT_STREQ(before, after);

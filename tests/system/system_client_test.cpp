@@ -129,7 +129,8 @@ TEST(SystemRole, DISABLED_RenamedLibrary)
     wchar_t path[MAX_PATH];
     GetEnvironmentVariableW(copy_variable, path, MAX_PATH);
     using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto get = reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(path), "DllGetClassObject")));
+    const FARPROC entry = GetProcAddress(LoadLibraryW(path), "DllGetClassObject");
+    const auto get = reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(entry));
     CLSID id{};
     CLSIDFromProgID(L"qvObjects.qvAPI", &id);
     IClassFactory* factory = nullptr;
@@ -204,7 +205,8 @@ TEST_F(System, FindWindowAllBearsWithItsCollection)
     };
     EXPECT_EQ(api.call(L"FindWindowAll", {L"", L"qvObjects nested 1", Value{&outer}}).number(), 2);
     outer.before_add = [calls = 0]() mutable { return ++calls == 1 ? E_FAIL : S_OK; };
-    EXPECT_EQ(api.call(L"FindWindowAll", {L"", L"qvObjects nested 1", Value{&outer}, true}).number(), 1) << "what fails is passed over";
+    const Value count = api.call(L"FindWindowAll", {L"", L"qvObjects nested 1", Value{&outer}, true});
+    EXPECT_EQ(count.number(), 1) << "what fails is passed over";
     expect_error(api.try_call(L"FindWindowAll", {L"", L"", Value{static_cast<IDispatch*>(nullptr)}}), 91,
                  L"Object variable or With block variable not set");
     EXPECT_EQ(api.try_call(L"FindWindowAll", {L"", L"", api}).number(), 438) << "no collection";

@@ -73,7 +73,8 @@ TEST_F(Conversions, TextToBytesKeepsTheElementBehindIt)
         EXPECT_EQ(told(other), before);
     }
     SafeArrayLock(bytes.parray);
-    expect_error(common.try_call(L"BstrToByte", {L"A", Value::variable(bytes)}), 10, L"This array is fixed or temporarily locked");
+    const client::Outcome locked = common.try_call(L"BstrToByte", {L"A", Value::variable(bytes)});
+    expect_error(locked, 10, L"This array is fixed or temporarily locked");
     SafeArrayUnlock(bytes.parray);
     EXPECT_EQ(told(bytes), L"Byte 0: 172");
     Value number = 5;

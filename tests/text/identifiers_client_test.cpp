@@ -13,6 +13,7 @@ using client::Value;
 namespace {
 
 constexpr GUID some_guid{0x03020100, 0x0504, 0x0706, {0x08, 0x09, 0x0A, 0x0B, 0x0C, 0x0D, 0x0E, 0xFF}};
+constexpr const wchar_t* invalid_call = L"Invalid procedure call or argument";
 constexpr const wchar_t* some_text = L"{03020100-0504-0706-0809-0A0B0C0D0EFF}";
 
 class Identifiers : public testing::Test {
@@ -61,12 +62,13 @@ TEST_F(Identifiers, GuidsOfScriptsKeepTheirText)
         EXPECT_EQ(api.call(L"StringFromGUID", {Value::variable(guid), true}).text(), braced);
         EXPECT_EQ(api.call(L"StringFromGUID", {Value::variable(guid)}).text(), plain);
 
-        expect_error(api.try_call(L"GUIDFromString", {plain.substr(1), Value::variable(guid)}), 5, L"Invalid procedure call or argument");
-        expect_error(api.try_call(L"GUIDFromString", {plain.substr(0, 34) + L"x0", Value::variable(guid)}), 6, L"\u00DC" L"berlauf");
+        expect_error(api.try_call(L"GUIDFromString", {plain.substr(1), Value::variable(guid)}), 5, invalid_call);
+        const std::wstring wrong = plain.substr(0, 34) + L"x0";
+        expect_error(api.try_call(L"GUIDFromString", {wrong, Value::variable(guid)}), 6, L"\u00DC" L"berlauf");
         EXPECT_EQ(api.call(L"StringFromGUID", {Value::variable(guid), true}).text(), braced) << "it is what it was";
     }
     Value none;
-    expect_error(api.try_call(L"GUIDFromString", {L"", Value::variable(none)}), 5, L"Invalid procedure call or argument");
+    expect_error(api.try_call(L"GUIDFromString", {L"", Value::variable(none)}), 5, invalid_call);
     EXPECT_EQ(none.vt, VT_EMPTY);
     EXPECT_EQ(api.try_call(L"StringFromGUID", {Value::variable(none)}).result, DISP_E_TYPEMISMATCH);
 }
@@ -90,8 +92,9 @@ TEST_F(Identifiers, GuidsOfCompiledClients)
     // A record that a client keeps and describes itself, as compilers of forms clients do.
     ITypeLib* library = nullptr;
     IRecordInfo* description = nullptr;
+    const GUID own{0xB713A6BC, 0xB922, 0x11D1, {0xB8, 0x17, 0x00, 0x20, 0x18, 0x2C, 0x2F, 0x2F}};
     const GUID identity{0xF3A86D10, 0x5B2C, 0x4E91, {0x9C, 0x47, 0xB0, 0xE5, 0x72, 0x1D, 0x8A, 0x34}};
-    ASSERT_EQ(LoadRegTypeLib({0xB713A6BC, 0xB922, 0x11D1, {0xB8, 0x17, 0x00, 0x20, 0x18, 0x2C, 0x2F, 0x2F}}, 1, 79, 0, &library), S_OK);
+    ASSERT_EQ(LoadRegTypeLib(own, 1, 79, 0, &library), S_OK);
     ITypeInfo* type = nullptr;
     ASSERT_EQ(library->GetTypeInfoOfGuid(identity, &type), S_OK);
     ASSERT_EQ(GetRecordInfoFromTypeInfo(type, &description), S_OK);
@@ -105,7 +108,8 @@ TEST_F(Identifiers, GuidsOfCompiledClients)
     arguments[0].pRecInfo = description;
     arguments[1] = text;
     DISPPARAMS parameters{arguments, nullptr, 2, 0};
-    EXPECT_EQ(api.dispatch()->Invoke(api.id(L"GUIDFromString"), IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
+    const DISPID member = api.id(L"GUIDFromString");
+    EXPECT_EQ(api.dispatch()->Invoke(member, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
     EXPECT_EQ(std::memcmp(&guid, &some_guid, sizeof guid), 0);
     description->Release();
     type->Release();
