@@ -113,6 +113,18 @@ Variant item(IDispatch* collection, const Variant& key)
     return invoke(collection, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, Arguments{{key}}, true);
 }
 
+long count(IDispatch* collection)
+{
+    return converted(get(collection, L"Count"), VT_I4).lVal;
+}
+
+void remove_all(IDispatch* collection)
+{
+    const Ref held{collection};
+    for (long rest = count(collection); rest > 0; --rest)
+        call(collection, L"Remove", {Variant{1L}});
+}
+
 void put(IDispatch* object, const wchar_t* member, const Variant& value)
 {
     put(object, member, {}, value);

@@ -19,6 +19,12 @@ void call(IDispatch* object, const wchar_t* member, std::initializer_list<Varian
 /// An item of a collection: what its member Item gives, or its default member when it has none of that name.
 Variant item(IDispatch* collection, const Variant& key);
 
+/// How many items a collection has.
+long count(IDispatch* collection);
+
+/// Removes its first item as often as it had items.
+void remove_all(IDispatch* collection);
+
 /// Sets a property to a value, or to an object as `Set` does; one with arguments in the order in which they are written.
 void put(IDispatch* object, const wchar_t* member, const Variant& value);
 void put(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments, const Variant& value);

@@ -61,6 +61,13 @@ private:
     BSTR text_ = nullptr;
 };
 
+/// Puts a text in place of the one in a client's variable.
+inline void replace(BSTR& variable, std::wstring_view text)
+{
+    Text replacement{text};
+    SysFreeString(std::exchange(variable, replacement.release()));
+}
+
 /// An object of this library that has an interface as a part of it.
 template <class Object, class Interface>
 concept HasFace = requires(Object& object) {

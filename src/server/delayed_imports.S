@@ -61,6 +61,7 @@
         import  shlwapi, PathUnquoteSpacesW, 4
 
         import  user32, CallWindowProcA, 20
+        import  user32, ChangeDisplaySettingsA, 8
         import  user32, CreateWindowExA, 48
         import  user32, DefWindowProcA, 16
         import  user32, DestroyWindow, 4
@@ -68,10 +69,13 @@
         import  user32, DrawEdge, 16
         import  user32, DrawFrameControl, 16
         import  user32, DrawTextExA, 24
+        import  user32, EnumDisplaySettingsA, 12
+        import  user32, EnumWindows, 8
         import  user32, FillRect, 12
         import  user32, FindWindowExA, 16
         import  user32, GetActiveWindow, 0
         import  user32, GetClassLongA, 8
+        import  user32, GetClassNameA, 12
         import  user32, GetClientRect, 8
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
@@ -80,6 +84,8 @@
         import  user32, GetSysColorBrush, 4
         import  user32, GetSystemMetrics, 4
         import  user32, GetWindowLongA, 8
+        import  user32, GetWindowTextA, 12
+        import  user32, GetWindowTextLengthA, 4
         import  user32, GetWindowThreadProcessId, 8
         import  user32, IsRectEmpty, 4
         import  user32, IsWindow, 4

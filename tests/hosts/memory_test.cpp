@@ -207,6 +207,21 @@ void keep_data(Client& client)
     client.call(file, L"ReadFile", {Value::variable(read)});
 }
 
+void convert_and_share(Client& client)
+{
+    const Object common = client.create(__uuidof(qvCommon)), api = client.create(__uuidof(qvAPI));
+    Value bytes, text, guid;
+    client.call(common, L"BstrToByte", {L"AB", Value::variable(bytes)});
+    client.call(common, L"ByteToBstrV", {client::list(0, {65, L"66", 0}), Value::variable(text)});
+    client.call(common, L"CheckLibFunction", {L"kernel32.dll", L"GetTempPathA"});
+    client.call(api, L"GUIDFromString", {L"{00020400-0000-0000-C000-000000000046}", Value::variable(guid)});
+    const Object memory = client.create(__uuidof(qvSharedMemory));
+    const int former = client.shortages();
+    client.call(memory, L"CreateForString", {L"qvObjects memory_test", L"a text that is longer than a few letters"});
+    if (client.shortages() == former)
+        client.call(memory, L"Str", {});
+}
+
 /// Runs it on a thread that has never called the library. The number of requests that it made, and of calls that failed.
 std::pair<int, int> run(Use use, HMODULE module, const client::Folder& folder, int first, bool lasts)
 {
@@ -339,4 +354,5 @@ TEST_F(Windows, GetTheirMessagesAlsoWhenThereIsNoMemoryToWatchThem)
     EXPECT_EQ(library::can_unload(module), S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(Uses, Memory, testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data));
+INSTANTIATE_TEST_SUITE_P(Uses, Memory,
+                         testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data, convert_and_share));

@@ -1,6 +1,7 @@
 // Programs that ask the processor for exceptions, or calculate with other precision, on either of its units.
 #include "hosts/walk.h"
 #include "support/message_listener.h"
+#include "support/own_process.h"
 #include "support/tables.h"
 #include "support/test_window.h"
 #include "support/tooltip_window.h"
@@ -75,6 +76,18 @@ protected:
 
     client::Apartment apartment;
     const Object common = Object::create(L"qvObjects.qvCommon"), math = Object::create(L"qvObjects.qvMath");
+};
+
+/// Notes the modes in which it hears of a message.
+struct Listener {
+    static LRESULT CALLBACK hear(HWND window, UINT message, WPARAM word, LPARAM number)
+    {
+        if (message == WM_GETTEXT || message == WM_TIMER)
+            heard = Modes::now();
+        return DefWindowProcW(window, message, word, number);
+    }
+
+    static inline Modes heard;
 };
 
 const double quiet = std::numeric_limits<double>::quiet_NaN(), signalling = std::numeric_limits<double>::signaling_NaN();
@@ -229,4 +242,29 @@ TEST_F(Processor, MembersOfTheClientsObjectsRunInItsModes)
         EXPECT_EQ(asking_call(common, member, arguments).result, S_OK);
         EXPECT_EQ(in_default_value, asking) << "when " << member << " asks for its value";
     }
+}
+
+TEST(ProcessorRole, DISABLED_Sleep)
+{
+    Sleep(300);
+}
+
+TEST_F(Processor, WindowsHearOfMessagesInTheirProgramsModes)
+{
+    WNDCLASSW listener{};
+    listener.lpfnWndProc = Listener::hear;
+    listener.lpszClassName = L"qvObjects listener";
+    RegisterClassW(&listener);
+    const HWND window = CreateWindowW(listener.lpszClassName, L"text", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    Value text;
+    const Object api = Object::create(L"qvObjects.qvAPI");
+    asking_call(api, L"GetWindowText", {static_cast<long>(reinterpret_cast<LONG_PTR>(window)), Value::variable(text)});
+    EXPECT_EQ(text.text(), L"text");
+    EXPECT_EQ(std::exchange(Listener::heard, Modes{}), asking);
+
+    SetTimer(window, 1, 10, nullptr);
+    const client::OwnProcess process{L"ProcessorRole.DISABLED_Sleep"};
+    EXPECT_EQ(asking_call(common, L"WaitOnProgram", {static_cast<long>(process.id())}).value.number(), 0);
+    EXPECT_EQ(Listener::heard, asking);
+    DestroyWindow(window);
 }
