@@ -39,6 +39,7 @@ constexpr std::array texts{
     Text{Runtime::ArgumentNotOptional, L"Argument not optional"},
     Text{Runtime::WrongArgumentCount, L"Wrong number of arguments or invalid property assignment"},
     Text{Runtime::KeyExists, L"This key is already associated with an element of this collection"},
+    Text{Runtime::Printer, L"Printer error"},
 };
 
 } // namespace

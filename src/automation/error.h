@@ -38,6 +38,7 @@ enum class Runtime : std::int32_t {
     ArgumentNotOptional = 449,
     WrongArgumentCount = 450,
     KeyExists = 457,
+    Printer = 482,
 };
 
 /// The text of runtime errors without one of their own.

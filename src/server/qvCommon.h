@@ -6,6 +6,7 @@
 #include "numeric/qvCommon_arrays.h"
 #include "text/qvCommon_conversions.h"
 #include "text/qvCommon_text.h"
+#include "ui/qvCommon_drawing.h"
 
 #include <qvObjects_contract.h>
 
@@ -15,4 +16,5 @@ class qvCommon final : public automation::Object<qvCommon, faces::qvCommon>,
                        public qvCommon_text,
                        public qvCommon_arrays,
                        public qvCommon_conversions,
-                       public qvCommon_settings {};
+                       public qvCommon_settings,
+                       public qvCommon_drawing {};
