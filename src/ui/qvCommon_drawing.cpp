@@ -5,6 +5,7 @@
 #include "automation/handle.h"
 #include "automation/safe_array.h"
 #include "files/file.h"
+#include "files/folder_search.h"
 #include "files/path_names.h"
 #include "ui/enhanced_metafile.h"
 
@@ -109,9 +110,19 @@ struct Picture {
     ui::Extent frame;
 };
 
+/// Raises 53 also where the folder is missing.
+void require_file(std::wstring_view path)
+{
+    DWORD failure = 0;
+    files::attributes_of(files::checked(path), failure);
+    if (failure == ERROR_FILE_NOT_FOUND || failure == ERROR_PATH_NOT_FOUND)
+        throw Error{Runtime::FileNotFound};
+}
+
 /// No metafile when the file holds none.
 Picture read_picture(std::wstring_view path)
 {
+    require_file(path);
     const std::string bytes = files::read_whole(path);
     const auto found = ui::enhanced_metafile(bytes);
     if (!found)
