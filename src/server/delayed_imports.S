@@ -97,6 +97,7 @@
         import  user32, MonitorFromWindow, 8
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
+        import  user32, PostThreadMessageW, 16
         import  user32, ReleaseDC, 8
         import  user32, SendMessageW, 16
         import  user32, SetFocus, 4

@@ -167,6 +167,8 @@ public:
 private:
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
     bool command(int control);
+    void end(int answer);
+    void forget_window() noexcept;
 
     void open();
     void add(int id, const wchar_t* kind, const std::wstring& text, DWORD style, const RECT& place, DWORD extended_style = 0);
@@ -187,7 +189,8 @@ private:
     const Apartment apartment_;
     const Font font_ = message_font();
     HWND window_ = nullptr; ///< null again when it is gone
-    std::wstring chosen_;
+    bool is_ended_ = false;
+    std::optional<std::wstring> chosen_;
 };
 
 constexpr INT_PTR could_not_open = -2;
@@ -199,18 +202,16 @@ std::optional<std::wstring> PathDialog::ask(HWND owner)
         alignas(DWORD) DLGTEMPLATE dialog;
         WORD menu, window_class, title;
     } const empty{{dialog_style, 0, 0, 0, 0, 0, 0}, 0, 0, 0};
-    const INT_PTR end = [&] {
+    const INT_PTR outcome = [&] {
         const CalculatesAsClient as_client;
         return DialogBoxIndirectParamW(automation::module::handle(), &empty.dialog, IsWindow(owner) ? owner : nullptr, procedure,
                                        reinterpret_cast<LPARAM>(this));
     }();
-    if (end == could_not_open)
+    if (outcome == could_not_open)
         throw std::bad_alloc{};
-    if (end == -1)
+    if (outcome == -1)
         MErrors::RaiseWindowsError(static_cast<std::int32_t>(GetLastError()));
-    if (end != IDOK)
-        return std::nullopt;
-    return std::move(chosen_);
+    return std::move(chosen_); // whatever else may have ended it, WM_QUIT for instance
 }
 
 INT_PTR CALLBACK PathDialog::procedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept
@@ -225,7 +226,7 @@ INT_PTR CALLBACK PathDialog::procedure(HWND window, UINT message, WPARAM w, LPAR
     }
     auto* const dialog = reinterpret_cast<PathDialog*>(GetWindowLongW(window, DWLP_USER));
     if (dialog && message == WM_NCDESTROY)
-        dialog->window_ = nullptr;
+        dialog->forget_window();
     if (!dialog || message != WM_COMMAND || HIWORD(w) != BN_CLICKED)
         return FALSE;
     return answer_callback(Ref<IUnknown>{}, false, [&] { return dialog->command(LOWORD(w)); });
@@ -238,7 +239,7 @@ bool PathDialog::command(int control)
         accept();
         return true;
     case IDCANCEL:
-        EndDialog(window_, IDCANCEL);
+        end(IDCANCEL);
         return true;
     case BrowseButton:
         browse();
@@ -246,6 +247,20 @@ bool PathDialog::command(int control)
     default:
         return false;
     }
+}
+
+void PathDialog::end(int answer)
+{
+    is_ended_ = true;
+    EndDialog(window_, answer);
+}
+
+/// Where someone else destroys it, its owner for instance, the platform looks whether it is still there with the next message.
+void PathDialog::forget_window() noexcept
+{
+    window_ = nullptr;
+    if (!is_ended_)
+        PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 /// From the top: the prompt, the edit box with its button, OK and Cancel on the right.
@@ -349,7 +364,7 @@ void PathDialog::accept()
     if (!can_be_taken(path, bare(text)))
         return focus_edit();
     chosen_ = path->text;
-    EndDialog(window_, IDOK);
+    end(IDOK);
 }
 
 /// Whether the folder is there, or is now. Tells the user why not.

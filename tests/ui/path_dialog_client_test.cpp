@@ -3,6 +3,7 @@
 #include <qvObjects.h>
 
 #include <functional>
+#include <memory>
 #include <thread>
 
 using client::Folder;
@@ -90,8 +91,8 @@ public:
         press(VK_TAB);
         EXPECT_TRUE(within(5000, [&] { return focus() == id; })) << focus();
     }
-    /// What a message box over the dialog says, which is answered with a key.
-    std::wstring answer(WORD key)
+    /// What a message box over the dialog says, which is answered with keys.
+    std::wstring answer(std::initializer_list<WORD> keys, int expected_buttons = 1)
     {
         const HWND box = in_front(dialog);
         EXPECT_EQ(GetWindow(box, GW_OWNER), dialog);
@@ -106,15 +107,13 @@ public:
             else if (said.empty() && SendMessageW(child, STM_GETICON, 0, 0) == 0)
                 said = text_of(child);
         }
-        EXPECT_EQ(buttons, key == VK_RETURN || key == VK_ESCAPE ? 1 : 2);
-        if (key == VK_RETURN || key == VK_ESCAPE)
+        EXPECT_EQ(buttons, expected_buttons);
+        for (const WORD key : keys)
             press(key);
-        else
-            SendMessageW(box, WM_COMMAND, key, 0);
         EXPECT_TRUE(within(5000, [&] { return !IsWindow(box); }));
-        EXPECT_EQ(in_front(), dialog) << "it is still there";
         return said;
     }
+    bool is_still_there() { return in_front() == dialog && within(1000, [&] { return focus() == edit; }); }
 };
 
 /// Parts of a message.
@@ -132,7 +131,8 @@ protected:
 
     void speak(int language) const { common.call(L"qvObjectsInit", {L"Language", language}); }
     /// Shows the dialog to somebody, and closes it when he has not.
-    bool show(const std::function<void(User&)>& act, HWND owner = nullptr) const
+    bool show(const std::function<void(User&)>& act, HWND owner = nullptr) const { return show(dialog, act, owner); }
+    static bool show(const Object& dialog, const std::function<void(User&)>& act, HWND owner = nullptr)
     {
         std::thread user{[&] {
             User user;
@@ -258,7 +258,6 @@ TEST_F(PathDialog, IsUsedWithTheKeyboard)
 TEST_F(PathDialog, SaysWhyAFolderCantBeTaken)
 {
     const std::wstring file = folder.write(L"file.txt", ""), missing = folder.file(L"missing");
-    const std::wstring long_folder = L"\\\\?\\" + folder.file(std::wstring(200, L'a'));
     for (const int language : {0, 1}) {
         speak(language);
         const auto said = [&](const wchar_t* german, const wchar_t* english) { return language == 0 ? german : english; };
@@ -287,12 +286,172 @@ TEST_F(PathDialog, SaysWhyAFolderCantBeTaken)
             for (const auto& [typed, message] : cases) {
                 user.type(typed);
                 press(VK_RETURN);
-                EXPECT_EQ(user.answer(VK_RETURN), message);
+                EXPECT_EQ(user.answer({VK_RETURN}), message);
+                EXPECT_TRUE(user.is_still_there());
             }
             press(VK_ESCAPE);
         }));
         EXPECT_EQ(path(), L"as it was");
     }
+}
+
+TEST_F(PathDialog, CreatesAFolderThatMayBeCreated)
+{
+    const std::wstring file = folder.write(L"file.txt", ""), missing = folder.file(L"a\\\u00e4\u4e2d & b");
+    const std::wstring deep = folder.file(L"a\\" + std::wstring(150, L'x') + L"\\" + std::wstring(150, L'y'));
+    const auto question = [](const std::wstring& typed) {
+        return lines({L"Das Zielverzeichnis:", typed, L"existiert nicht. Soll dieses Verzeichnis erstellt werden?"});
+    };
+    const auto exists = [](const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; };
+    dialog.put(L"Mode", {1});
+    EXPECT_TRUE(show([&](User& user) {
+        user.type(L"Q:\\x");
+        press(VK_RETURN);
+        EXPECT_TRUE(user.answer({VK_RETURN}).starts_with(L"Kein Lesen m\u00f6glich von Laufwerk Q:"));
+        EXPECT_TRUE(user.is_still_there());
+
+        user.type(missing);
+        press(VK_RETURN);
+        EXPECT_EQ(user.answer({VK_TAB, VK_RETURN}, 2), question(missing));
+        EXPECT_TRUE(user.is_still_there());
+        EXPECT_FALSE(exists(folder.file(L"a"))) << "the answer was No";
+
+        user.type(file + L"\\x");
+        press(VK_RETURN);
+        EXPECT_EQ(user.answer({VK_RETURN}, 2), question(file + L"\\x"));
+        EXPECT_TRUE(user.answer({VK_RETURN}).starts_with(lines({L"Das angegebene Verzeichnis:", file + L"\\x", L"ist ung\u00fcltig"})));
+        EXPECT_TRUE(user.is_still_there());
+
+        user.type(missing + L"\\");
+        press(VK_RETURN);
+        EXPECT_EQ(user.answer({VK_RETURN}, 2), question(missing + L"\\"));
+    }));
+    EXPECT_EQ(path(), missing);
+    EXPECT_TRUE(exists(missing));
+
+    EXPECT_TRUE(show([&](User& user) {
+        user.type(deep);
+        press(VK_RETURN);
+        EXPECT_EQ(user.answer({VK_RETURN}, 2), question(deep));
+    }));
+    EXPECT_EQ(path(), deep) << "with more than 260 characters";
+    EXPECT_TRUE(RemoveDirectoryW((L"\\\\?\\" + deep).c_str()));
+}
+
+TEST_F(PathDialog, LetsTheUserBrowseFromTheTypedFolder)
+{
+    const std::wstring before = folder.file(L"missing\\x");
+    for (const WORD key : {VK_ESCAPE, VK_RETURN}) {
+        dialog.put(L"Path", {before});
+        EXPECT_EQ(show([&](User& user) {
+                      user.tab_to(browse);
+                      press(VK_SPACE);
+                      const HWND browser = user.in_front(user.dialog);
+                      EXPECT_EQ(GetWindow(browser, GW_OWNER), user.dialog);
+                      press(key);
+                      EXPECT_TRUE(within(5000, [&] { return !IsWindow(browser); }));
+                      EXPECT_TRUE(user.is_still_there());
+                      const std::wstring expected = key == VK_RETURN ? folder.path() : before;
+                      EXPECT_EQ(lstrcmpiW(user.text(edit).c_str(), expected.c_str()), 0) << testing::PrintToString(user.text(edit));
+                      press(key);
+                  }),
+                  key == VK_RETURN);
+    }
+    EXPECT_EQ(lstrcmpiW(path().c_str(), folder.path().c_str()), 0);
+}
+
+/// A window of the client, which does something when it is told to.
+class ClientWindow {
+public:
+    explicit ClientWindow(std::function<void()> act)
+        : act_{std::move(act)}, handle{CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)}
+    {
+        SetWindowLongW(handle, GWL_USERDATA, static_cast<LONG>(reinterpret_cast<LONG_PTR>(this)));
+        SetWindowLongW(handle, GWL_WNDPROC, static_cast<LONG>(reinterpret_cast<LONG_PTR>(&procedure)));
+    }
+    ~ClientWindow() { DestroyWindow(handle); }
+    ClientWindow(const ClientWindow&) = delete;
+    ClientWindow& operator=(const ClientWindow&) = delete;
+
+    /// From any thread; returns when it is done.
+    void tell() const { SendMessageW(handle, WM_APP, 0, 0); }
+
+private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM w, LPARAM l)
+    {
+        if (message == WM_APP)
+            reinterpret_cast<ClientWindow*>(static_cast<LONG_PTR>(GetWindowLongW(window, GWL_USERDATA)))->act_();
+        return DefWindowProcW(window, message, w, l);
+    }
+
+    std::function<void()> act_;
+
+public:
+    const HWND handle;
+};
+
+TEST_F(PathDialog, StandsWhateverTheClientDoesMeanwhile)
+{
+    auto own = std::make_unique<Object>(Object::create(L"qvObjects.qvPathDialog"));
+    const ClientWindow client{[&] {
+        EXPECT_FALSE(own->call(L"Show").flag()) << "it is shown already";
+        own->put(L"Caption", {L"too late"});
+        own->put(L"Path", {L"C:\\too\\late"});
+        own.reset();
+    }};
+    own->put(L"Caption", {L"in time"});
+    const Object called = *own; // to call it by; let go of, too
+    EXPECT_TRUE(show(called, [&](const User& user) {
+        client.tell();
+        EXPECT_EQ(text_of(user.dialog), L"in time");
+        user.type(folder.path());
+        press(VK_RETURN);
+    }));
+    EXPECT_EQ(called.call(L"Path").text(), folder.path());
+    EXPECT_FALSE(show(called, [&](const User&) { press(VK_ESCAPE); })) << "it can be shown again";
+
+    HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 400, nullptr, nullptr, nullptr,
+                                 nullptr);
+    const ClientWindow destroyer{[&] { DestroyWindow(owner); }};
+    EXPECT_FALSE(show([&](const User&) { destroyer.tell(); }, owner));
+
+    const DWORD thread = GetCurrentThreadId();
+    EXPECT_FALSE(show([&](const User&) { PostThreadMessageW(thread, WM_QUIT, 42, 0); }));
+    MSG message{};
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "it reaches the program";
+    EXPECT_EQ(message.wParam, 42u);
+}
+
+TEST_F(PathDialog, WorksInTheMultithreadedApartment)
+{
+    CLSID id{};
+    ASSERT_EQ(CLSIDFromProgID(L"qvObjects.qvPathDialog", &id), S_OK);
+    const auto entry = reinterpret_cast<decltype(&DllGetClassObject)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"qvObjects.dll"), "DllGetClassObject")));
+    std::thread{[&] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        IClassFactory* factory = nullptr;
+        IDispatch* made = nullptr;
+        EXPECT_EQ(entry(id, IID_IClassFactory, reinterpret_cast<void**>(&factory)), S_OK);
+        EXPECT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(&made)), S_OK);
+        factory->Release();
+        {
+            const Object direct{made};
+            made->Release();
+            EXPECT_TRUE(show(direct, [&](User& user) {
+                user.tab_to(browse);
+                press(VK_SPACE);
+                const HWND browser = user.in_front(user.dialog);
+                press(VK_ESCAPE);
+                EXPECT_TRUE(within(5000, [&] { return !IsWindow(browser); }));
+                EXPECT_TRUE(user.is_still_there());
+                user.type(folder.path());
+                press(VK_RETURN);
+            }));
+            EXPECT_EQ(direct.call(L"Path").text(), folder.path());
+        }
+        CoUninitialize();
+    }}.join();
 }
 
 } // namespace
