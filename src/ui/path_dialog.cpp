@@ -296,9 +296,10 @@ void PathDialog::open()
 
 void PathDialog::add(int id, const wchar_t* kind, const std::wstring& text, DWORD style, const RECT& place, DWORD extended_style)
 {
+    const auto number = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
     const HWND control = CreateWindowExW(extended_style, kind, text.c_str(), WS_CHILD | WS_VISIBLE | style, place.left, place.top,
-                                         place.right - place.left, place.bottom - place.top, window_,
-                                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), automation::module::handle(), nullptr);
+                                         place.right - place.left, place.bottom - place.top, window_, number,
+                                         automation::module::handle(), nullptr);
     if (!control)
         throw std::bad_alloc{};
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);

@@ -52,7 +52,8 @@ public:
         for (LONG y = 0; y < height; ++y)
             for (LONG x = 0; x < width; ++x)
                 if ((all[static_cast<std::size_t>(y * width + x)] & 0xFFFFFF) != 0xFFFFFF)
-                    area = {std::min(area.left, x), std::min(area.top, y), std::max(area.right, x + 1), std::max(area.bottom, y + 1)};
+                    area = {std::min(area.left, x), std::min(area.top, y), std::max(area.right, x + 1),
+                            std::max(area.bottom, y + 1)};
         return area;
     }
 

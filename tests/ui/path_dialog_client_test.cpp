@@ -59,8 +59,9 @@ public:
             wchar_t name[16] = L"";
             GetWindowThreadProcessId(window, &process);
             GetClassNameW(window, name, 16);
-            const bool is_ready = process == GetCurrentProcessId() && std::wstring{name} == L"#32770" && IsWindowVisible(window) &&
-                                  window != other_than && IsChild(window, focus_in(window));
+            const bool is_dialog = process == GetCurrentProcessId() && std::wstring{name} == L"#32770";
+            const bool is_ready = is_dialog && IsWindowVisible(window) && window != other_than &&
+                                  IsChild(window, focus_in(window));
             found = is_ready ? window : nullptr;
             return is_ready;
         });
@@ -157,6 +158,12 @@ protected:
     const Folder folder;
 };
 
+HWND make_owner()
+{
+    return CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 400, nullptr, nullptr, nullptr,
+                           nullptr);
+}
+
 /// Whether a control shows all of its text.
 bool shows_all(HWND control)
 {
@@ -179,12 +186,14 @@ TEST_F(PathDialog, SpeaksTheLanguageOfTheThread)
         const wchar_t *caption, *product, *prompt, *shown_caption, *shown_prompt, *cancel;
     };
     for (const auto& [language, mode, caption, product, own_prompt, shown_caption, shown_prompt, cancel] :
-         {Case{0, 0, L"", L"", L"", L"Verzeichnis wechseln", L"Bitte geben Sie den Pfad f\u00fcr die -Quelldateien an.", L"Abbrechen"},
+         {Case{0, 0, L"", L"", L"", L"Verzeichnis wechseln", L"Bitte geben Sie den Pfad f\u00fcr die -Quelldateien an.",
+               L"Abbrechen"},
           Case{0, 0, L"", L"Regler & Co", L"", L"Installieren von Regler & Co",
                L"Bitte geben Sie den Pfad f\u00fcr die Regler & Co-Quelldateien an.", L"Abbrechen"},
           Case{0, 1, L"", L"Regler", L"", L"Installieren von Regler",
                L"Bitte geben Sie ein Zielverzeichnis ein oder w\u00e4hlen Sie eins aus.", L"Abbrechen"},
-          Case{1, 0, L"", L"Tuner", L"", L"Installing of Tuner", L"Please specify the path for the Tuner-source files.", L"Cancel"},
+          Case{1, 0, L"", L"Tuner", L"", L"Installing of Tuner", L"Please specify the path for the Tuner-source files.",
+               L"Cancel"},
           Case{1, 1, L"", L"", L"", L"Change directory", L"Please specify the destination directory or select one.", L"Cancel"},
           Case{1, 1, L"My & caption", L"Tuner", L"Where |1 & why?\r\nSay it.", L"My & caption", L"Where |1 & why?\r\nSay it.",
                L"Cancel"}}) {
@@ -212,8 +221,7 @@ TEST_F(PathDialog, SpeaksTheLanguageOfTheThread)
 
 TEST_F(PathDialog, IsUsedWithTheKeyboard)
 {
-    const HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 400, nullptr, nullptr,
-                                       nullptr, nullptr);
+    const HWND owner = make_owner();
     dialog.put(L"Path", {L"C:\\start"});
     EXPECT_FALSE(show(
         [&](const User& user) {
@@ -262,19 +270,22 @@ TEST_F(PathDialog, SaysWhyAFolderCantBeTaken)
         speak(language);
         const auto said = [&](const wchar_t* german, const wchar_t* english) { return language == 0 ? german : english; };
         const std::wstring invalid = said(L"Das angegebene Verzeichnis:", L"The specified directory:");
-        const std::wstring why = said(L"ist ung\u00fcltig, unvollst\u00e4ndig oder schreibgesch\u00fctzt. Bitte geben Sie einen vollst\u00e4ndigen "
-                                      L"Pfad mit Laufwerkbuchstaben an, zum Beispiel 'C:\\\\Anwendungen'.",
-                                      L"is invalid, incomplete or write protected. Please specify a complete path with drive "
-                                      L"letter, e.g. 'C:\\\\Applications'.");
+        const std::wstring why =
+            said(L"ist ung\u00fcltig, unvollst\u00e4ndig oder schreibgesch\u00fctzt. Bitte geben Sie einen vollst\u00e4ndigen "
+                 L"Pfad mit Laufwerkbuchstaben an, zum Beispiel 'C:\\\\Anwendungen'.",
+                 L"is invalid, incomplete or write protected. Please specify a complete path with drive letter, e.g. "
+                 L"'C:\\\\Applications'.");
         const std::wstring drive = said(L"Kein Lesen m\u00f6glich von Laufwerk Q:", L"No reading possible from drive Q:");
-        const std::wstring check = said(L"Stellen Sie sicher, da\u00df die Disketten\u00f6ffnung geschlossen ist, da\u00df die Diskette formatiert "
-                                        L"ist und da\u00df sie nicht besch\u00e4digt ist.",
-                                        L"Please ensure that the diskdrive is closed and the disk is formatted and not damaged.");
+        const std::wstring check =
+            said(L"Stellen Sie sicher, da\u00df die Disketten\u00f6ffnung geschlossen ist, da\u00df die Diskette formatiert ist "
+                 L"und da\u00df sie nicht besch\u00e4digt ist.",
+                 L"Please ensure that the diskdrive is closed and the disk is formatted and not damaged.");
         const std::wstring share = said(L"Netzwerkpfad '\\\\nowhere\\nothing\\x' kann nicht gelesen werden",
                                         L"Network path '\\\\nowhere\\nothing\\x' can not be read");
-        const std::wstring rights = said(L"Bitte stellen Sie sicher, da\u00df der Pfad richtig ist und da\u00df Sie die n\u00f6tigen "
-                                         L"Zugriffsrechte haben.",
-                                         L"Please check validity of the specified path and ensure that you own the necessary access rights.");
+        const std::wstring rights =
+            said(L"Bitte stellen Sie sicher, da\u00df der Pfad richtig ist und da\u00df Sie die n\u00f6tigen "
+                 L"Zugriffsrechte haben.",
+                 L"Please check validity of the specified path and ensure that you own the necessary access rights.");
         const std::wstring none = said(L"Das Verzeichnis existiert nicht!", L"The directory doesn't exist.");
         dialog.put(L"Path", {L"as it was"});
         EXPECT_FALSE(show([&](User& user) {
@@ -319,7 +330,8 @@ TEST_F(PathDialog, CreatesAFolderThatMayBeCreated)
         user.type(file + L"\\x");
         press(VK_RETURN);
         EXPECT_EQ(user.answer({VK_RETURN}, 2), question(file + L"\\x"));
-        EXPECT_TRUE(user.answer({VK_RETURN}).starts_with(lines({L"Das angegebene Verzeichnis:", file + L"\\x", L"ist ung\u00fcltig"})));
+        const std::wstring refused = lines({L"Das angegebene Verzeichnis:", file + L"\\x", L"ist ung\u00fcltig"});
+        EXPECT_TRUE(user.answer({VK_RETURN}).starts_with(refused));
         EXPECT_TRUE(user.is_still_there());
 
         user.type(missing + L"\\");
@@ -352,7 +364,8 @@ TEST_F(PathDialog, LetsTheUserBrowseFromTheTypedFolder)
                       EXPECT_TRUE(within(5000, [&] { return !IsWindow(browser); }));
                       EXPECT_TRUE(user.is_still_there());
                       const std::wstring expected = key == VK_RETURN ? folder.path() : before;
-                      EXPECT_EQ(lstrcmpiW(user.text(edit).c_str(), expected.c_str()), 0) << testing::PrintToString(user.text(edit));
+                      const std::wstring found = user.text(edit);
+                      EXPECT_EQ(lstrcmpiW(found.c_str(), expected.c_str()), 0) << testing::PrintToString(found);
                       press(key);
                   }),
                   key == VK_RETURN);
@@ -410,8 +423,7 @@ TEST_F(PathDialog, StandsWhateverTheClientDoesMeanwhile)
     EXPECT_EQ(called.call(L"Path").text(), folder.path());
     EXPECT_FALSE(show(called, [&](const User&) { press(VK_ESCAPE); })) << "it can be shown again";
 
-    HWND owner = CreateWindowExW(0, L"STATIC", L"owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 400, nullptr, nullptr, nullptr,
-                                 nullptr);
+    const HWND owner = make_owner();
     const ClientWindow destroyer{[&] { DestroyWindow(owner); }};
     EXPECT_FALSE(show([&](const User&) { destroyer.tell(); }, owner));
 

@@ -35,10 +35,11 @@ TEST(WholePath, IsWhatWasTyped)
 
 TEST(WholePath, IsNothingElse)
 {
-    for (const std::wstring_view typed : {L"", L"  ", L"\"", L"\"\"", L"C", L"C:", L"C:Data", L"Data", L"..\\x", L"\\Data", L"1:\\x",
-                                          L"\u00e4:\\x", L"CD:\\x", L"C:\\a*b", L"C:\\a?", L"C:\\<a", L"C:\\a>", L"C:\\a|b", L"C:\\a\"b", L"C:\\a:b",
-                                          L"C:\\a\tb", L"C:\\...", L"C:\\a\\ . \\b", L"\\\\", L"\\\\server", L"\\\\server\\", L"\\\\.\\C:\\",
-                                          L"\\\\?\\C:\\x", L"\\\\..\\share", L"\\\\ser:ver\\share", L"\"C:\\x"})
+    for (const std::wstring_view typed :
+         {L"", L"  ", L"\"", L"\"\"", L"C", L"C:", L"C:Data", L"Data", L"..\\x", L"\\Data", L"1:\\x", L"\u00e4:\\x", L"CD:\\x",
+          L"C:\\a*b", L"C:\\a?", L"C:\\<a", L"C:\\a>", L"C:\\a|b", L"C:\\a\"b", L"C:\\a:b", L"C:\\a\tb", L"C:\\...", L"\"C:\\x",
+          L"C:\\a\\ . \\b", L"\\\\", L"\\\\server", L"\\\\server\\", L"\\\\.\\C:\\", L"\\\\?\\C:\\x", L"\\\\..\\share",
+          L"\\\\ser:ver\\share"})
         EXPECT_FALSE(whole_path(typed)) << testing::PrintToString(std::wstring{typed});
     EXPECT_FALSE(whole_path(std::wstring_view{L"C:\\a\0b", 6}));
 }
