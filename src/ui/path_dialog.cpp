@@ -252,6 +252,7 @@ bool PathDialog::command(int control)
 void PathDialog::end(int answer)
 {
     is_ended_ = true;
+    const CalculatesAsClient as_client; // its owner becomes active
     EndDialog(window_, answer);
 }
 
@@ -331,6 +332,7 @@ std::wstring PathDialog::typed() const
 void PathDialog::focus_edit() const
 {
     SendMessageW(edit(), EM_SETSEL, 0, -1);
+    const CalculatesAsClient as_client; // a window of the client may lose the focus
     SetFocus(edit());
 }
 

@@ -30,7 +30,8 @@ struct Bytes : std::string {
 TEST(EnhancedMetafile, EndsWithItsLastRecord)
 {
     const Bytes whole;
-    const auto found = ui::enhanced_metafile(whole + "what someone else has written behind it");
+    const std::string file = whole + "what someone else has written behind it";
+    const auto found = ui::enhanced_metafile(file);
     ASSERT_TRUE(found);
     EXPECT_EQ(found->records, whole);
     EXPECT_EQ(found->frame.width, 200);
