@@ -7,6 +7,7 @@
 #include "system/qvCommon_system.h"
 #include "text/qvCommon_conversions.h"
 #include "text/qvCommon_text.h"
+#include "ui/qvCommon_drawing.h"
 
 #include <qvObjects_contract.h>
 
@@ -17,4 +18,5 @@ class qvCommon final : public automation::Object<qvCommon, faces::qvCommon>,
                        public qvCommon_arrays,
                        public qvCommon_conversions,
                        public qvCommon_settings,
-                       public qvCommon_system {};
+                       public qvCommon_system,
+                       public qvCommon_drawing {};
