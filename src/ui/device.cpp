@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <new>
-#include <ranges>
 #include <vector>
 
 // winspool.h does not say that it is imported.
@@ -66,7 +65,7 @@ int CALLBACK add_family(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM 
     return automation::answer_callback(automation::Ref<IUnknown>{}, 0, [&] {
         const std::wstring_view name = font->lfFaceName;
         const auto is_name = [&](const std::wstring& other) { return automation::equal_folded(name, other); };
-        if (std::ranges::none_of(std::views::reverse(families.names), is_name))
+        if (std::none_of(families.names.rbegin(), families.names.rend(), is_name))
             families.names.emplace_back(name);
         families.is_whole = true;
         return 1;

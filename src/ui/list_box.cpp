@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <ranges>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -72,8 +71,7 @@ public:
     /// From the end backwards, so that those before keep their places.
     void remove(const std::vector<long>& rows) const
     {
-        for (const long row : std::views::reverse(rows))
-            remove(row);
+        std::for_each(rows.rbegin(), rows.rend(), [&](long row) { remove(row); });
     }
 
 private:
@@ -131,6 +129,7 @@ struct Exchange {
 std::vector<Exchange> exchanges(const std::vector<Entry>& entries, std::size_t column)
 {
     std::vector<automation::Text> texts;
+    texts.reserve(entries.size());
     for (const Entry& entry : entries)
         texts.push_back(text_of(entry.cells[column]));
     std::vector<long> order(entries.size());
