@@ -4,8 +4,9 @@
 #include "support/recorded_object.h"
 #include "support/tables.h"
 
-#include <commctrl.h>
 #include <qvObjects.h>
+
+#include <commctrl.h> // behind the contract, whose enumerators have the names of its macros
 
 #include <cmath>
 
