@@ -22,12 +22,13 @@ private:
     bool is_null_;
 };
 
-/// The text that a function writes into a buffer of `size` bytes: `call` gets the buffer and its size and gives the number of
+/// The text that a function writes into a buffer of `size` blanks: `call` gets the buffer and its size and gives the number of
 /// bytes written, which is held against the size.
 template <std::size_t size, class Call>
 std::wstring ansi_result(Call&& call)
 {
     std::array<char, size> buffer;
+    buffer.fill(' ');
     const auto written = static_cast<std::size_t>(call(buffer.data(), static_cast<unsigned long>(size)));
     return decode({buffer.data(), std::min(written, size)});
 }

@@ -68,46 +68,100 @@ Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, DISPPARAMS&
     return invoke(object, *id, flags, arguments, wants_result);
 }
 
-Variant invoke(IDispatch* object, const wchar_t* member, WORD flags, std::initializer_list<Variant> arguments, bool wants_result)
-{
-    constexpr std::size_t most = 8;
-    if (arguments.size() > most)
-        throw Error{Runtime::InvalidCall};
-    // Arguments go from the last to the first; they are lent, not given.
-    std::array<VARIANTARG, most> reversed;
-    std::ranges::copy(arguments, reversed.rend() - static_cast<std::ptrdiff_t>(arguments.size()));
-    DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    return invoke(object, member, flags, parameters, wants_result);
-}
+/// Arguments as a call passes them, from the last to the first, behind the new value of a property. They are lent, not given.
+class Arguments {
+public:
+    explicit Arguments(std::initializer_list<Variant> arguments = {}, const VARIANT* value = nullptr)
+    {
+        if (arguments.size() >= reversed_.size())
+            throw Error{Runtime::InvalidCall};
+        if (value) {
+            reversed_[0] = *value;
+            parameters_.rgdispidNamedArgs = &name_of_value_;
+            parameters_.cNamedArgs = parameters_.cArgs = 1;
+        }
+        parameters_.cArgs += static_cast<UINT>(arguments.size());
+        std::ranges::copy(arguments, std::reverse_iterator{reversed_.begin() + parameters_.cArgs});
+    }
+    Arguments(const Arguments&) = delete;
+    Arguments& operator=(const Arguments&) = delete;
+
+    operator DISPPARAMS&() noexcept { return parameters_; }
+
+private:
+    std::array<VARIANTARG, 9> reversed_;
+    DISPID name_of_value_ = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters_{reversed_.data(), nullptr, 0, 0};
+};
 
 } // namespace
 
 Variant get(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments)
 {
-    return invoke(object, member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments, true);
+    return invoke(object, member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, Arguments{arguments}, true);
 }
 
 void call(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments)
 {
-    invoke(object, member, DISPATCH_METHOD, arguments, false);
+    invoke(object, member, DISPATCH_METHOD, Arguments{arguments}, false);
 }
 
 Variant item(IDispatch* collection, const Variant& key)
 {
     const Ref held{collection};
-    VARIANTARG argument = key;
-    DISPPARAMS parameters{&argument, nullptr, 1, 0};
     const DISPID id = find(collection, L"Item").value_or(DISPID_VALUE);
-    return invoke(collection, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters, true);
+    return invoke(collection, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, Arguments{{key}}, true);
+}
+
+long count(IDispatch* collection)
+{
+    return converted(get(collection, L"Count"), VT_I4).lVal;
+}
+
+void remove_all(IDispatch* collection)
+{
+    const Ref held{collection};
+    for (long rest = count(collection); rest > 0; --rest)
+        call(collection, L"Remove", {Variant{1L}});
 }
 
 void put(IDispatch* object, const wchar_t* member, const Variant& value)
 {
-    VARIANTARG argument = value;
-    DISPID name = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters{&argument, &name, 1, 1};
+    put(object, member, {}, value);
+}
+
+void put(IDispatch* object, const wchar_t* member, std::initializer_list<Variant> arguments, const Variant& value)
+{
     const bool is_object = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
-    invoke(object, member, is_object ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, parameters, false);
+    invoke(object, member, is_object ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, Arguments{arguments, &value}, false);
+}
+
+Ref<IDispatch> object_in(const Variant& value)
+{
+    if (value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN)
+        throw Error{Runtime::TypeMismatch};
+    return query<IDispatch>(value.punkVal);
+}
+
+Items::Items(IDispatch* collection)
+{
+    const Ref held{collection};
+    if (!collection)
+        throw Error{Runtime::ObjectNotSet};
+    const Variant made = invoke(collection, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, Arguments{}, true);
+    if (made.vt == VT_UNKNOWN || made.vt == VT_DISPATCH)
+        enumerator_ = query<IEnumVARIANT>(made.punkVal);
+    if (!enumerator_)
+        throw Error{Runtime::MemberNotSupported};
+}
+
+bool Items::next(Variant& item)
+{
+    item = Variant{};
+    const CalculatesAsClient as_client;
+    const HRESULT result = enumerator_->Next(1, &item, nullptr);
+    check(result);
+    return result == S_OK;
 }
 
 HRESULT ask_default_value(IUnknown* object, VARIANT& value) noexcept

@@ -32,6 +32,17 @@ public:
     /// Adds a value at the end, for the library's own use.
     void add(Variant value, std::wstring_view key = {});
 
+    /// Calls `use` with each value in order, as an enumerator would give it. It may change the list, but must keep it alive.
+    template <class Use>
+    void for_each(Use&& use)
+    {
+        Cursor cursor{cursors_};
+        while (cursor.next < entries_.size()) {
+            const Variant value = entries_[cursor.next++]->value;
+            use(value);
+        }
+    }
+
 private:
     struct Entry {
         Variant value;

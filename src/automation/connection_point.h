@@ -66,6 +66,13 @@ inline VARIANT by_reference(long& number) noexcept
     value.plVal = &number;
     return value;
 }
+inline VARIANT by_reference(Text& text) noexcept
+{
+    VARIANT value;
+    value.vt = VT_BYREF | VT_BSTR;
+    value.pbstrVal = text.storage();
+    return value;
+}
 inline VARIANT by_reference(VARIANT_BOOL& flag) noexcept
 {
     VARIANT value;

@@ -31,6 +31,7 @@ constexpr std::array texts{
     Text{Runtime::PathNotFound, L"Path not found"},
     Text{Runtime::ObjectNotSet, L"Object variable or With block variable not set"},
     Text{Runtime::InvalidNull, L"Invalid use of Null"},
+    Text{Runtime::InvalidPropertyArrayIndex, L"Invalid property array index"},
     Text{Runtime::MemberNotSupported, L"Object doesn't support this property or method"},
     Text{Runtime::Automation, L"Automation error"},
     Text{Runtime::NoNamedArguments, L"Object doesn't support named arguments"},
@@ -39,6 +40,7 @@ constexpr std::array texts{
     Text{Runtime::ArgumentNotOptional, L"Argument not optional"},
     Text{Runtime::WrongArgumentCount, L"Wrong number of arguments or invalid property assignment"},
     Text{Runtime::KeyExists, L"This key is already associated with an element of this collection"},
+    Text{Runtime::Printer, L"Printer error"},
 };
 
 } // namespace

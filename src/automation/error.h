@@ -30,6 +30,7 @@ enum class Runtime : std::int32_t {
     PathNotFound = 76,
     ObjectNotSet = 91,
     InvalidNull = 94,
+    InvalidPropertyArrayIndex = 381,
     MemberNotSupported = 438,
     Automation = 440,
     NoNamedArguments = 446,
@@ -38,6 +39,7 @@ enum class Runtime : std::int32_t {
     ArgumentNotOptional = 449,
     WrongArgumentCount = 450,
     KeyExists = 457,
+    Printer = 482,
 };
 
 /// The text of runtime errors without one of their own.

@@ -9,6 +9,7 @@ namespace automation {
 namespace {
 
 constinit std::atomic<std::size_t> places_claimed{0};
+constinit std::array<ThreadState::End, ThreadState::most_places> ends{};
 
 /// Allocated when it is first asked for: in the module's tests nobody attaches it.
 DWORD index(std::atomic<DWORD>& tls_index) noexcept
@@ -45,6 +46,9 @@ void ThreadState::forget() noexcept
     ThreadState* const state = find();
     if (!state)
         return;
+    for (std::size_t place = 0; place < ends.size(); ++place)
+        if (ends[place])
+            ends[place](state->places[place]);
     TlsSetValue(tls_index, nullptr);
     std::free(state);
 }
@@ -56,11 +60,12 @@ void ThreadState::give_back_index() noexcept
         TlsFree(known);
 }
 
-std::size_t claim_place() noexcept
+std::size_t claim_place(ThreadState::End end) noexcept
 {
     const std::size_t place = places_claimed++;
     if (place >= ThreadState::most_places)
         std::abort(); // at the first start of the library, when a place was added
+    ends[place] = end;
     return place;
 }
 

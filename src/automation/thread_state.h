@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 namespace automation {
 
@@ -25,6 +26,8 @@ struct ThreadState {
     struct Place {
         alignas(void*) std::byte bytes[sizeof(void*)];
     };
+    /// What becomes of a place when its thread ends.
+    using End = void (*)(Place& place) noexcept;
 
     /// The calling thread's; null when it has none yet.
     static ThreadState* find() noexcept
@@ -38,7 +41,7 @@ struct ThreadState {
         ThreadState* const known = find();
         return known ? known : make();
     }
-    /// The thread ends, or no longer calls the library.
+    /// The thread ends, or no longer calls the library. What its places own goes first, and may still call the library.
     static void forget() noexcept;
     /// Gives the index back; only while the module goes.
     static void give_back_index() noexcept;
@@ -58,7 +61,7 @@ private:
 };
 
 /// The number of a place in the state of every thread that no one else has.
-std::size_t claim_place() noexcept;
+std::size_t claim_place(ThreadState::End end = nullptr) noexcept;
 
 /// A value that each thread has for itself. It is all zero bits until it is changed, and needs no destructor. For variables
 /// that live as long as the module.
@@ -66,7 +69,7 @@ template <class Value>
     requires(sizeof(Value) <= sizeof(void*) && std::is_trivially_copyable_v<Value>)
 class PerThread {
 public:
-    PerThread() noexcept : place_{claim_place()} {}
+    explicit PerThread(ThreadState::End end = nullptr) noexcept : place_{claim_place(end)} {}
     PerThread(const PerThread&) = delete;
     PerThread& operator=(const PerThread&) = delete;
 
@@ -88,6 +91,30 @@ private:
     Value& in(ThreadState& state) const noexcept { return *reinterpret_cast<Value*>(state.places[place_].bytes); }
 
     const std::size_t place_;
+};
+
+/// An object that each thread has for itself, from its first use to the end of the thread. For variables that live as long as
+/// the module.
+template <class Object>
+class OwnedPerThread {
+public:
+    OwnedPerThread() noexcept : objects_{&destroy} {}
+
+    /// Null when the thread has none yet.
+    Object* find() const noexcept { return objects_.get(); }
+    /// The same, made if need be. Raises 7.
+    Object& here() const
+    {
+        Object*& object = objects_.here();
+        if (!object)
+            object = new Object;
+        return *object;
+    }
+
+private:
+    static void destroy(ThreadState::Place& place) noexcept { delete std::exchange(reinterpret_cast<Object*&>(place), nullptr); }
+
+    const PerThread<Object*> objects_;
 };
 
 } // namespace automation

@@ -46,6 +46,8 @@ public:
 
     BSTR get() const noexcept { return text_; }
     BSTR release() noexcept { return std::exchange(text_, nullptr); }
+    /// Where a client may put a text of its own in the place of this one, which it then frees.
+    BSTR* storage() noexcept { return &text_; }
     operator std::wstring_view() const noexcept { return view(text_); }
 
 private:
@@ -58,6 +60,13 @@ private:
 
     BSTR text_ = nullptr;
 };
+
+/// Puts a text in place of the one in a client's variable.
+inline void replace(BSTR& variable, std::wstring_view text)
+{
+    Text replacement{text};
+    SysFreeString(std::exchange(variable, replacement.release()));
+}
 
 /// An object of this library that has an interface as a part of it.
 template <class Object, class Interface>

@@ -3,7 +3,6 @@
 #include "automation/border.h"
 
 #include <string_view>
-#include <utility>
 
 /// What by-reference arguments refer to.
 namespace files {
@@ -14,11 +13,6 @@ inline std::wstring_view text_of(const BSTR* argument)
     return automation::view(automation::referred(argument));
 }
 
-/// Puts a text in place of the one in the client's variable.
-inline void replace(BSTR& variable, std::wstring_view text)
-{
-    automation::Text replacement{text};
-    SysFreeString(std::exchange(variable, replacement.release()));
-}
+using automation::replace;
 
 } // namespace files

@@ -1,6 +1,6 @@
 #include "files/file_deletion.h"
 
-#include "automation/floating_control.h"
+#include "automation/message_pump.h"
 #include "files/file.h"
 #include "files/folder_search.h"
 
@@ -11,8 +11,7 @@ namespace files {
 namespace {
 
 constexpr int most_polls = 500;
-constexpr int most_messages_a_poll = 100; // a window that never finishes painting always has one more
-constexpr DWORD pause = 1;                // milliseconds
+constexpr DWORD pause = 1; // milliseconds
 
 void delete_file(const std::wstring& path)
 {
@@ -27,23 +26,6 @@ std::vector<std::wstring> paths_that_fit(const std::wstring& pattern, std::size_
     for (FolderSearch search{pattern, NormalFiles}; search.next();)
         paths.push_back(pattern.substr(0, folder_length).append(search.name()));
     return paths;
-}
-
-/// Handles the messages of this thread that wait. Someone who ends the program is still heard by those who asked for messages
-/// first: that message goes back, and the result is false.
-bool handle_messages()
-{
-    const automation::CalculatesAsClient as_client;
-    MSG message;
-    for (int i = 0; i < most_messages_a_poll && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
-        if (message.message == WM_QUIT) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return false;
-        }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-    return true;
 }
 
 } // namespace
@@ -63,11 +45,11 @@ void delete_files(std::wstring_view given)
 
 bool wait_until_gone(std::wstring_view pattern)
 {
-    bool goes_on = true;
+    automation::MessagePump messages;
     for (int polls = 0; finds(pattern, NormalFiles); ++polls) {
         if (polls == most_polls)
             return false;
-        goes_on = goes_on && handle_messages();
+        messages.handle();
         Sleep(pause);
     }
     return true;

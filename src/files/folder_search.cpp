@@ -58,11 +58,19 @@ bool finds(std::wstring_view pattern, long admitted)
     return FolderSearch{pattern, admitted}.next();
 }
 
-bool is_folder(const std::wstring& path) noexcept
+DWORD attributes_of(const std::wstring& path, DWORD& failure) noexcept
 {
     const NoDiskRequests quiet;
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+    failure = attributes == INVALID_FILE_ATTRIBUTES ? GetLastError() : ERROR_SUCCESS;
+    return attributes;
+}
+
+bool is_folder(const std::wstring& path) noexcept
+{
+    DWORD failure = 0;
+    const DWORD attributes = attributes_of(path, failure);
+    return failure == ERROR_SUCCESS && (attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 } // namespace files

@@ -58,6 +58,10 @@ private:
 /// Whether a search finds anything.
 bool finds(std::wstring_view pattern, long admitted);
 
+/// The attributes of a file or folder, without asking the user for a disk. Where there are none to be had, `failure` becomes
+/// the platform's code for the reason, and 0 otherwise.
+DWORD attributes_of(const std::wstring& path, DWORD& failure) noexcept;
+
 /// Whether the path is that of a folder. What does not exist or can't be reached is none.
 bool is_folder(const std::wstring& path) noexcept;
 

@@ -57,11 +57,18 @@ void create_folders(std::wstring_view given)
     if (path.empty())
         return;
     const bool has_drive = path.find(L':') != path.npos;
-    for (std::size_t end = 0, start = 0; end != path.npos; start = end + 1) {
+    if (!has_drive)
+        create_folders(path, 0);
+    else if (const std::size_t end_of_drive = path.find(L'\\'); end_of_drive != path.npos)
+        create_folders(path, end_of_drive + 1);
+}
+
+void create_folders(std::wstring_view path, std::size_t start)
+{
+    for (std::size_t end = start; end != path.npos; start = end + 1) {
         end = path.find(L'\\', start);
         const std::wstring folder = std::wstring{path.substr(0, end)} + L'\\';
-        const bool is_drive = has_drive && start == 0;
-        if (!is_drive && !finds(folder, Folders))
+        if (!finds(folder, Folders))
             create_folder(folder);
     }
 }

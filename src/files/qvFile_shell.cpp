@@ -5,27 +5,14 @@
 #include "automation/handle.h"
 #include "files/file.h"
 #include "files/folder_search.h"
+#include "files/item_list.h"
 #include "messages/MErrors.h"
 
 #include <shellapi.h>
-#include <shlobj.h>
 
-#include <memory>
 #include <string>
 
 namespace {
-
-struct FreeTaskMemory {
-    void operator()(void* memory) const noexcept { CoTaskMemFree(memory); }
-};
-using ItemList = std::unique_ptr<ITEMIDLIST, FreeTaskMemory>;
-
-/// The path of what an item list stands for; empty when that is no folder of the file system.
-std::wstring path_of(const ITEMIDLIST& list)
-{
-    wchar_t path[MAX_PATH] = L"";
-    return SHGetPathFromIDListW(&list, path) ? path : L"";
-}
 
 HWND window_of(IDispatch* owner)
 {
@@ -43,16 +30,16 @@ std::wstring qvFile_shell::SelectFolder95(long StartFolderID, IDispatch* Owner, 
     wchar_t name[MAX_PATH];
     BROWSEINFOW browse{owner, start, name, title.c_str(), static_cast<UINT>(Flags), nullptr, 0, 0};
     const automation::CalculatesAsClient as_client; // the client's windows get their messages meanwhile
-    const ItemList picked{SHBrowseForFolderW(&browse)};
-    return picked ? path_of(*picked) : L"";
+    const files::ItemList picked{SHBrowseForFolderW(&browse)};
+    return picked ? files::path_of(*picked) : L"";
 }
 
 std::wstring qvFile_shell::qvGetSpecialFolderPath(qvECSIDL nFolder, bool fBackSlashEnd)
 {
     LPITEMIDLIST found = nullptr;
     automation::check(SHGetSpecialFolderLocation(nullptr, nFolder, &found));
-    const ItemList list{found};
-    return (list ? path_of(*list) : L"") + (fBackSlashEnd ? L"\\" : L"");
+    const files::ItemList list{found};
+    return (list ? files::path_of(*list) : L"") + (fBackSlashEnd ? L"\\" : L"");
 }
 
 bool qvFile_shell::qvMoveToRecycle(std::wstring_view sFile, bool fShowMessages)

@@ -61,17 +61,6 @@ std::optional<files::TextInput> open_if_there(std::wstring_view path)
     }
 }
 
-long count_of(IDispatch* list)
-{
-    return automation::converted(automation::get(list, L"Count"), VT_I4).lVal;
-}
-
-void empty_collection(IDispatch* collection)
-{
-    for (long rest = count_of(collection); rest > 0; --rest)
-        automation::call(collection, L"Remove", {Variant{1L}});
-}
-
 /// Of two items with one key a collection keeps the first.
 void add_unless_there(IDispatch* collection, std::wstring_view item, std::wstring_view key)
 {
@@ -133,7 +122,7 @@ long qvAPI_profile::GetPPSectionCol(std::wstring_view sSection, IDispatch* cItem
     const std::wstring lines = section_text(sSection, sFile); // before the collection's code runs, which may change the caller's
     const std::vector<profile::Entry> entries = profile::entries(lines);
     const automation::Ref held{cItems};
-    empty_collection(cItems);
+    automation::remove_all(cItems);
     for (const profile::Entry& entry : entries)
         add_unless_there(cItems, entry.value, entry.key);
     return static_cast<long>(entries.size());
@@ -169,10 +158,10 @@ long qvAPI_profile::GetPPSectionNamesCol(IDispatch* cNames, std::wstring_view sF
 {
     const std::wstring list = names_text(sFileName);
     const automation::Ref held{cNames};
-    empty_collection(cNames);
+    automation::remove_all(cNames);
     for (const std::wstring_view name : profile::section_names(list))
         automation::call(cNames, L"Add", {Variant{name}});
-    return count_of(cNames);
+    return automation::count(cNames);
 }
 
 long qvAPI_profile::GetPPSectionNamesDic(IDispatch* dNames, std::wstring_view sFileName)
@@ -182,5 +171,5 @@ long qvAPI_profile::GetPPSectionNamesDic(IDispatch* dNames, std::wstring_view sF
     automation::call(dNames, L"RemoveAll");
     for (const std::wstring_view name : profile::section_names(list))
         automation::call(dNames, L"Add", {Variant{name}, Variant{name}});
-    return count_of(dNames);
+    return automation::count(dNames);
 }

@@ -2,9 +2,9 @@
 
 #include "automation/client_object.h"
 #include "ini/placement.h"
-#include "ini/screen_size.h"
 #include "ini/settings_store.h"
 #include "ini/truth_words.h"
+#include "ui/device.h"
 
 #include <optional>
 #include <utility>
@@ -12,8 +12,12 @@
 namespace {
 
 using automation::get;
+using automation::object_in;
 using automation::put;
 using automation::Ref;
+using automation::to_bool;
+using automation::to_double;
+using automation::to_long;
 using automation::Variant;
 
 /// The settings of one application and section.
@@ -46,30 +50,10 @@ private:
     std::wstring application_, section_;
 };
 
-long integer(const Variant& value)
-{
-    return automation::converted(value, VT_I4).lVal;
-}
-double number(const Variant& value)
-{
-    return automation::converted(value, VT_R8).dblVal;
-}
-bool truth(const Variant& value)
-{
-    return automation::converted(value, VT_BOOL).boolVal != VARIANT_FALSE;
-}
 std::wstring name(IDispatch* object)
 {
     return std::wstring{automation::to_text(get(object, L"Name"))};
 }
-/// Nothing is an object, too, which fails when it is used.
-Ref<IDispatch> object(const Variant& value)
-{
-    if (value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN)
-        throw automation::Error{automation::Runtime::TypeMismatch};
-    return automation::query<IDispatch>(value.punkVal);
-}
-
 const Ref<IDispatch>& set_object(const Ref<IDispatch>& object)
 {
     if (!object)
@@ -80,23 +64,23 @@ const Ref<IDispatch>& set_object(const Ref<IDispatch>& object)
 /// Whether the user can size a form. One that knows no borders can't be sized.
 bool is_sizable(IDispatch* form)
 {
-    return placement::is_sizable(automation::or_default([&] { return integer(get(form, L"BorderStyle")); }));
+    return placement::is_sizable(automation::or_default([&] { return to_long(get(form, L"BorderStyle")); }));
 }
 /// Whether the user can change the state of a form.
 bool changes_state(IDispatch* form)
 {
-    const bool can_maximise = truth(get(form, L"MaxButton"));
-    return truth(get(form, L"MinButton")) && can_maximise;
+    const bool can_maximise = to_bool(get(form, L"MaxButton"));
+    return to_bool(get(form, L"MinButton")) && can_maximise;
 }
 
 /// Calls `use` with each header of a list view and the key that its width has.
 template <class Use>
 void for_each_header(IDispatch* list_view, const std::wstring& name, Use use)
 {
-    const Ref headers = object(get(list_view, L"ColumnHeaders"));
-    const long count = integer(get(headers.get(), L"Count"));
+    const Ref headers = object_in(get(list_view, L"ColumnHeaders"));
+    const long count = to_long(get(headers.get(), L"Count"));
     for (long i = 1; i <= count; ++i)
-        use(object(automation::item(headers.get(), Variant{i})).get(), name + std::to_wstring(i));
+        use(object_in(automation::item(headers.get(), Variant{i})).get(), name + std::to_wstring(i));
 }
 
 void restore(IDispatch* object, const wchar_t* member, const std::optional<Variant>& stored)
@@ -108,16 +92,16 @@ void restore(IDispatch* object, const wchar_t* member, const std::optional<Varia
 /// Lets a docked bar take no more room than there is, and closes one that is too small then.
 void fit(IDispatch* bar)
 {
-    const auto thickness = placement::thickness(integer(get(bar, L"Align")));
-    if (thickness == placement::Thickness::None || integer(get(bar, L"WindowState")) != placement::normal)
+    const auto thickness = placement::thickness(to_long(get(bar, L"Align")));
+    if (thickness == placement::Thickness::None || to_long(get(bar, L"WindowState")) != placement::normal)
         return;
     const bool is_height = thickness == placement::Thickness::Height;
     const wchar_t* const member = is_height ? L"Height" : L"Width";
-    const double size = number(get(bar, member));
-    const Ref parent = object(get(bar, L"Parent"));
-    const double room = number(get(parent.get(), is_height ? L"ScaleHeight" : L"ScaleWidth"));
-    const double limit = number(get(bar, L"LimitLeft"));
-    const auto fitted = placement::fitted(size, room, limit, number(get(bar, L"MinSize")));
+    const double size = to_double(get(bar, member));
+    const Ref parent = object_in(get(bar, L"Parent"));
+    const double room = to_double(get(parent.get(), is_height ? L"ScaleHeight" : L"ScaleWidth"));
+    const double limit = to_double(get(bar, L"LimitLeft"));
+    const auto fitted = placement::fitted(size, room, limit, to_double(get(bar, L"MinSize")));
     if (fitted.size < size)
         put(bar, member, Variant{fitted.size});
     if (fitted.too_small)
@@ -147,7 +131,7 @@ bool qvSave::WritePosition()
     const Settings settings{application_, section_};
     const Ref form = set_object(form_);
     const Variant state = get(form.get(), L"WindowState");
-    const bool is_normal = integer(state) == placement::normal;
+    const bool is_normal = to_long(state) == placement::normal;
     const auto write = [&](const wchar_t* member) { settings.write(member, get(form.get(), member)); };
     if (is_normal) {
         write(L"Left");
@@ -166,13 +150,13 @@ bool qvSave::ReadPosition()
 {
     const Settings settings{application_, section_};
     const Ref form = set_object(form_);
-    const auto stored_or_centred = [&](const wchar_t* position, const wchar_t* size, double screen::Size::*room) {
+    const auto stored_or_centred = [&](const wchar_t* position, const wchar_t* size, device::Extent device::Area::*side) {
         if (auto stored = settings.number(position))
             return *std::move(stored);
-        return Variant{placement::centred(screen::size_in_twips().*room, number(get(form.get(), size)))};
+        return Variant{placement::centred((device::screen_area().*side).twips(), to_double(get(form.get(), size)))};
     };
-    put(form.get(), L"Left", stored_or_centred(L"Left", L"Width", &screen::Size::width));
-    put(form.get(), L"Top", stored_or_centred(L"Top", L"Height", &screen::Size::height));
+    put(form.get(), L"Left", stored_or_centred(L"Left", L"Width", &device::Area::width));
+    put(form.get(), L"Top", stored_or_centred(L"Top", L"Height", &device::Area::height));
     if (is_sizable(form.get()))
         for (const wchar_t* const size : {L"Width", L"Height"}) {
             const auto stored = settings.number(size);
@@ -213,7 +197,7 @@ void qvSave::WriteQvBar(IDispatch* Bar)
     const Settings settings{application_, section_};
     const Ref bar{Bar};
     const std::wstring name = ::name(Bar);
-    switch (placement::thickness(integer(get(Bar, L"Align")))) {
+    switch (placement::thickness(to_long(get(Bar, L"Align")))) {
     case placement::Thickness::Height:
         settings.write(name + L"_Height", get(Bar, L"Height"));
         break;
@@ -227,9 +211,9 @@ void qvSave::WriteQvBar(IDispatch* Bar)
     settings.write(name + L"WindowState", state);
     settings.write(name + L"NormalSize", get(Bar, L"NormalSize"));
 
-    const bool is_floating = integer(state) == placement::floating;
-    const Ref undocked = object(get(Bar, L"UndockedBar"));
-    const Ref placed = is_floating ? object(get(undocked.get(), L"Form")) : undocked;
+    const bool is_floating = to_long(state) == placement::floating;
+    const Ref undocked = object_in(get(Bar, L"UndockedBar"));
+    const Ref placed = is_floating ? object_in(get(undocked.get(), L"Form")) : undocked;
     for (const wchar_t* const member : {L"Top", L"Left", L"Width", L"Height"})
         settings.write(name + L"_UD" + member, get(placed.get(), member));
     if (!is_floating)
@@ -245,7 +229,7 @@ void qvSave::ReadQvBar(IDispatch* Bar, long lDefaultNSize, long lDefaultWState, 
     restore(Bar, L"Height", settings.number(name + L"_Height"));
     put(Bar, L"NormalSize", settings.number(name + L"NormalSize").value_or(Variant{lDefaultNSize}));
 
-    const Ref undocked = object(get(Bar, L"UndockedBar"));
+    const Ref undocked = object_in(get(Bar, L"UndockedBar"));
     restore(undocked.get(), L"DockedWindowState", settings.integer(name + L"_DWS"));
     for (const wchar_t* const member : {L"Left", L"Top", L"Width", L"Height"})
         restore(undocked.get(), member, settings.number(name + L"_UD" + member));

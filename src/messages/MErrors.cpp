@@ -31,6 +31,11 @@ std::wstring LangStr(std::int32_t id)
     return std::wstring{messages::text(id, language.get())};
 }
 
+messages::Language current_language() noexcept
+{
+    return language.get();
+}
+
 void set_language(std::int32_t chosen)
 {
     language.here() = static_cast<messages::Language>(chosen);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "messages/messages.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,6 +11,9 @@ namespace MErrors {
 
 /// The message with this number in the thread's language; empty for a number without one.
 std::wstring LangStr(std::int32_t id);
+
+/// The thread's language.
+messages::Language current_language() noexcept;
 
 /// Chooses the thread's language: 0 German, 1 English. Raises 7.
 void set_language(std::int32_t language);

@@ -3,9 +3,36 @@
 
 #include "server/delayed_import.inc"
 
+        import  comctl32, InitCommonControlsEx, 4
+
+        import  gdi32, AbortDoc, 4
+        import  gdi32, CreateBitmap, 20
+        import  gdi32, CreateDCW, 16
+        import  gdi32, CreateFontIndirectW, 4
+        import  gdi32, CreateICW, 16
+        import  gdi32, CreatePatternBrush, 4
+        import  gdi32, DeleteDC, 4
+        import  gdi32, DeleteEnhMetaFile, 4
+        import  gdi32, DeleteObject, 4
+        import  gdi32, EndDoc, 4
+        import  gdi32, EndPage, 4
+        import  gdi32, EnumFontFamiliesExW, 20
         import  gdi32, GetDeviceCaps, 8
         import  gdi32, GetObjectType, 4
+        import  gdi32, GetPaletteEntries, 16
         import  gdi32, GetTextExtentPoint32W, 16
+        import  gdi32, ModifyWorldTransform, 12
+        import  gdi32, PlayEnhMetaFile, 12
+        import  gdi32, RestoreDC, 8
+        import  gdi32, SaveDC, 4
+        import  gdi32, SelectObject, 8
+        import  gdi32, SetEnhMetaFileBits, 8
+        import  gdi32, SetLayout, 8
+        import  gdi32, SetMapMode, 8
+        import  gdi32, SetViewportOrgEx, 16
+        import  gdi32, SetWindowOrgEx, 16
+        import  gdi32, StartDocW, 8
+        import  gdi32, StartPage, 4
 
         import  shell32, SHBrowseForFolderW, 4
         import  shell32, SHFileOperationW, 4
@@ -51,15 +78,70 @@
         import  shlwapi, PathStripPathW, 4
         import  shlwapi, PathStripToRootW, 4
         import  shlwapi, PathUnquoteSpacesW, 4
+        import  shlwapi, SHAutoComplete, 8
 
+        import  user32, AdjustWindowRectEx, 16
+        import  user32, CallWindowProcA, 20
+        import  user32, ChangeDisplaySettingsA, 8
+        import  user32, CreateWindowExA, 48
+        import  user32, CreateWindowExW, 48
+        import  user32, DefWindowProcA, 16
+        import  user32, DestroyWindow, 4
+        import  user32, DialogBoxIndirectParamW, 20
         import  user32, DispatchMessageW, 4
+        import  user32, DrawEdge, 16
+        import  user32, DrawFrameControl, 16
         import  user32, DrawTextExA, 24
+        import  user32, DrawTextW, 20
+        import  user32, EndDialog, 8
+        import  user32, EnumDisplaySettingsA, 12
+        import  user32, EnumWindows, 8
+        import  user32, FillRect, 12
+        import  user32, FindWindowExA, 16
         import  user32, GetActiveWindow, 0
+        import  user32, GetClassLongA, 8
+        import  user32, GetClassNameA, 12
+        import  user32, GetClientRect, 8
         import  user32, GetDC, 4
         import  user32, GetDlgItem, 8
+        import  user32, GetMonitorInfoW, 8
+        import  user32, GetPropA, 8
+        import  user32, GetSysColor, 4
+        import  user32, GetSysColorBrush, 4
+        import  user32, GetSystemMetrics, 4
+        import  user32, GetWindow, 8
+        import  user32, GetWindowLongA, 8
+        import  user32, GetWindowLongW, 8
+        import  user32, GetWindowRect, 8
+        import  user32, GetWindowTextA, 12
+        import  user32, GetWindowTextLengthA, 4
+        import  user32, GetWindowTextLengthW, 4
+        import  user32, GetWindowTextW, 12
+        import  user32, GetWindowThreadProcessId, 8
+        import  user32, IsIconic, 4
+        import  user32, IsRectEmpty, 4
+        import  user32, IsWindow, 4
+        import  user32, IsWindowVisible, 4
+        import  user32, KillTimer, 8
         import  user32, MessageBoxW, 16
+        import  user32, MonitorFromWindow, 8
         import  user32, PeekMessageW, 20
         import  user32, PostQuitMessage, 4
+        import  user32, PostThreadMessageW, 16
+        import  user32, RedrawWindow, 16
         import  user32, ReleaseDC, 8
+        import  user32, RemovePropA, 8
+        import  user32, SendMessageA, 16
+        import  user32, SendMessageW, 16
+        import  user32, SetFocus, 4
+        import  user32, SetPropA, 12
+        import  user32, SetTimer, 16
+        import  user32, SetWindowLongA, 12
+        import  user32, SetWindowLongW, 12
+        import  user32, SetWindowPos, 28
+        import  user32, SetWindowTextW, 8
+        import  user32, SystemParametersInfoW, 16
         import  user32, TranslateMessage, 4
         import  user32, wsprintfW
+
+        import  winspool.drv, GetDefaultPrinterW, 8

@@ -4,8 +4,10 @@
 #include "ini/qvCommon_settings.h"
 #include "messages/qvCommon_options.h"
 #include "numeric/qvCommon_arrays.h"
+#include "system/qvCommon_system.h"
 #include "text/qvCommon_conversions.h"
 #include "text/qvCommon_text.h"
+#include "ui/qvCommon_drawing.h"
 
 #include <qvObjects_contract.h>
 
@@ -15,4 +17,6 @@ class qvCommon final : public automation::Object<qvCommon, faces::qvCommon>,
                        public qvCommon_text,
                        public qvCommon_arrays,
                        public qvCommon_conversions,
-                       public qvCommon_settings {};
+                       public qvCommon_settings,
+                       public qvCommon_system,
+                       public qvCommon_drawing {};

@@ -21,4 +21,9 @@ std::int32_t with_bit(std::int32_t number, unsigned bit, bool set)
     return set ? number | mask : number & ~mask;
 }
 
+bool has_bit(std::int32_t number, unsigned bit)
+{
+    return (number & mask_of(bit)) != 0;
+}
+
 } // namespace text

@@ -8,4 +8,7 @@ namespace text {
 /// positive Long.
 std::int32_t with_bit(std::int32_t number, unsigned bit, bool set);
 
+/// Whether a bit of the number is set. Raises as above.
+bool has_bit(std::int32_t number, unsigned bit);
+
 } // namespace text

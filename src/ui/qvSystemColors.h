@@ -4,6 +4,9 @@
 
 #include <qvObjects_contract.h>
 
-/// The system's colours. Its members are still to come.
+/// The system's colours, each 0x00BBGGRR.
 class qvSystemColors final : public automation::Object<qvSystemColors, faces::qvSystemColors> {
+public:
+    /// All of its properties.
+    long line(faces::qvSystemColors_line line) const;
 };

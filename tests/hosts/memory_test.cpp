@@ -1,7 +1,8 @@
 // What becomes of calls when memory runs short: the library's own requests are refused, one after the other.
 #include "hosts/library.h"
-#include "support/dispatch_object.h"
+#include "support/message_listener.h"
 #include "support/tables.h"
+#include "support/test_window.h"
 
 #include <functional>
 #include <span>
@@ -206,6 +207,21 @@ void keep_data(Client& client)
     client.call(file, L"ReadFile", {Value::variable(read)});
 }
 
+void convert_and_share(Client& client)
+{
+    const Object common = client.create(__uuidof(qvCommon)), api = client.create(__uuidof(qvAPI));
+    Value bytes, text, guid;
+    client.call(common, L"BstrToByte", {L"AB", Value::variable(bytes)});
+    client.call(common, L"ByteToBstrV", {client::list(0, {65, L"66", 0}), Value::variable(text)});
+    client.call(common, L"CheckLibFunction", {L"kernel32.dll", L"GetTempPathA"});
+    client.call(api, L"GUIDFromString", {L"{00020400-0000-0000-C000-000000000046}", Value::variable(guid)});
+    const Object memory = client.create(__uuidof(qvSharedMemory));
+    const int former = client.shortages();
+    client.call(memory, L"CreateForString", {L"qvObjects memory_test", L"a text that is longer than a few letters"});
+    if (client.shortages() == former)
+        client.call(memory, L"Str", {});
+}
+
 /// Runs it on a thread that has never called the library. The number of requests that it made, and of calls that failed.
 std::pair<int, int> run(Use use, HMODULE module, const client::Folder& folder, int first, bool lasts)
 {
@@ -254,6 +270,8 @@ protected:
 
     const client::Folder folder;
 };
+
+using Windows = ErrorInformation;
 
 class Memory : public ErrorInformation, public testing::WithParamInterface<Use> {};
 
@@ -305,4 +323,36 @@ TEST_F(ErrorInformation, IsNeverThatOfAFormerError)
     face->Release();
 }
 
-INSTANTIATE_TEST_SUITE_P(Uses, Memory, testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data));
+TEST_F(Windows, GetTheirMessagesAlsoWhenThereIsNoMemoryToWatchThem)
+{
+    const HMODULE module = fresh_library();
+    std::size_t heard = 0;
+    bool refused = true;
+    int first = 1;
+    for (; refused; ++first)
+        std::thread{[&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            client::TestWindow window;
+            {
+                const Object watcher = library::create(module, __uuidof(qvWindowProc));
+                client::MessageListener listener{watcher};
+                shortage = {GetCurrentThreadId(), first, false, 0};
+                for (const long message : {1L, 2L, long{WM_USER}})
+                    watcher.try_call(L"AddMsg", {message});
+                watcher.try_put(L"hwnd", {window.number()});
+                watcher.try_put(L"Enabled", {true});
+                EXPECT_EQ(window.send(WM_USER), client::TestWindow::answer) << first;
+                shortage.thread = 0;
+                refused = shortage.asked >= first;
+                heard += listener.heard().size();
+            }
+            CoUninitialize();
+            EXPECT_EQ(window.send(WM_USER), client::TestWindow::answer) << first;
+        }}.join();
+    EXPECT_GT(first, 10) << "hardly anything was refused";
+    EXPECT_GT(heard, 1u);
+    EXPECT_EQ(library::can_unload(module), S_OK);
+}
+
+INSTANTIATE_TEST_SUITE_P(Uses, Memory,
+                         testing::Values(raise_an_error, expand_a_template, compute, keep_settings, keep_data, convert_and_share));

@@ -1,6 +1,10 @@
 // Programs that ask the processor for exceptions, or calculate with other precision, on either of its units.
 #include "hosts/walk.h"
+#include "support/message_listener.h"
+#include "support/own_process.h"
 #include "support/tables.h"
+#include "support/test_window.h"
+#include "support/tooltip_window.h"
 
 #include <xmmintrin.h>
 
@@ -50,6 +54,14 @@ Modes in_modes(const Modes& modes, Code&& code)
     return left;
 }
 
+Modes in_window{};
+
+LRESULT CALLBACK note_modes(HWND, UINT, WPARAM, LPARAM)
+{
+    in_window = Modes::now();
+    return 0;
+}
+
 class Processor : public testing::Test {
 protected:
     /// Calls a member in a program that asks for exceptions.
@@ -64,6 +76,18 @@ protected:
 
     client::Apartment apartment;
     const Object common = Object::create(L"qvObjects.qvCommon"), math = Object::create(L"qvObjects.qvMath");
+};
+
+/// Notes the modes in which it hears of a message.
+struct Listener {
+    static LRESULT CALLBACK hear(HWND window, UINT message, WPARAM word, LPARAM number)
+    {
+        if (message == WM_GETTEXT || message == WM_TIMER)
+            heard = Modes::now();
+        return DefWindowProcW(window, message, word, number);
+    }
+
+    static inline Modes heard;
 };
 
 const double quiet = std::numeric_limits<double>::quiet_NaN(), signalling = std::numeric_limits<double>::signaling_NaN();
@@ -154,6 +178,18 @@ TEST_F(Processor, HandlersOfEventsRunInTheModesOfTheClient)
     }
 }
 
+TEST_F(Processor, WindowProceduresRunInTheModesOfTheClient)
+{
+    const client::ParentWindow parent;
+    client::ToolTip tip{TTS_ALWAYSTIP};
+    tip.object.call(L"AddTTRectCB", {parent, 0, 0, 9, 9, 0, 1});
+    Modes in_handler{};
+    tip.handler = [&] { in_handler = Modes::now(); };
+    const Modes left = in_modes(asking, [&] { EXPECT_STREQ(tip.ask(parent, 1).lpszText, "on demand"); });
+    EXPECT_EQ(in_handler, asking);
+    EXPECT_EQ(left, asking);
+}
+
 TEST_F(Processor, WhatAHandlerLeavesBehindDoesNotReachTheLibrary)
 {
     const Modes usual{0x27F, 0x1F80};
@@ -161,6 +197,25 @@ TEST_F(Processor, WhatAHandlerLeavesBehindDoesNotReachTheLibrary)
     const Modes left = in_modes(usual, [&] { EXPECT_EQ(walk.run().result, S_OK); });
     EXPECT_EQ(left.x87, usual.x87);
     EXPECT_EQ(left.sse & ~0x3Fu, usual.sse);
+}
+
+TEST_F(Processor, WatchedWindowsAndTheirHandlersRunInTheModesOfTheSender)
+{
+    Modes in_handler{};
+    client::TestWindow window;
+    SetWindowLongA(window.handle(), GWL_WNDPROC, reinterpret_cast<LONG>(&note_modes));
+    const Object watcher = Object::create(L"qvObjects.qvWindowProc");
+    const client::MessageListener listener{watcher, [&](auto&) {
+                                               in_handler = Modes::now();
+                                               return S_OK;
+                                           }};
+    watcher.call(L"AddMsg", {long{WM_USER}});
+    watcher.put(L"hwnd", {window.number()});
+    watcher.put(L"Enabled", {true});
+    EXPECT_EQ(in_modes(asking, [&] { window.send(WM_USER); }), asking);
+    EXPECT_EQ(in_handler, asking);
+    EXPECT_EQ(in_window, asking);
+    watcher.put(L"Enabled", {false});
 }
 
 TEST_F(Processor, MembersOfTheClientsObjectsRunInItsModes)
@@ -187,4 +242,29 @@ TEST_F(Processor, MembersOfTheClientsObjectsRunInItsModes)
         EXPECT_EQ(asking_call(common, member, arguments).result, S_OK);
         EXPECT_EQ(in_default_value, asking) << "when " << member << " asks for its value";
     }
+}
+
+TEST(ProcessorRole, DISABLED_Sleep)
+{
+    Sleep(300);
+}
+
+TEST_F(Processor, WindowsHearOfMessagesInTheirProgramsModes)
+{
+    WNDCLASSW listener{};
+    listener.lpfnWndProc = Listener::hear;
+    listener.lpszClassName = L"qvObjects listener";
+    RegisterClassW(&listener);
+    const HWND window = CreateWindowW(listener.lpszClassName, L"text", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    Value text;
+    const Object api = Object::create(L"qvObjects.qvAPI");
+    asking_call(api, L"GetWindowText", {static_cast<long>(reinterpret_cast<LONG_PTR>(window)), Value::variable(text)});
+    EXPECT_EQ(text.text(), L"text");
+    EXPECT_EQ(std::exchange(Listener::heard, Modes{}), asking);
+
+    SetTimer(window, 1, 10, nullptr);
+    const client::OwnProcess process{L"ProcessorRole.DISABLED_Sleep"};
+    EXPECT_EQ(asking_call(common, L"WaitOnProgram", {static_cast<long>(process.id())}).value.number(), 0);
+    EXPECT_EQ(Listener::heard, asking);
+    DestroyWindow(window);
 }

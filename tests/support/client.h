@@ -238,6 +238,13 @@ inline void expect_error(const Outcome& outcome, long number, std::wstring_view 
     EXPECT_EQ(outcome.source, source);
 }
 
+/// The system's text for one of its error codes.
+inline std::wstring system_text(DWORD code)
+{
+    wchar_t text[256];
+    return {text, FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text, 256, nullptr)};
+}
+
 /// A folder of its own for what one test makes, gone with it.
 class Folder {
 public:
@@ -317,10 +324,10 @@ public:
     }
     ~Apartment()
     {
+        CoUninitialize(); // after which objects that the library keeps for the thread are gone, too
         if (--running() == 0) {
             EXPECT_TRUE(nothing_left()) << "objects of the library are left";
         }
-        CoUninitialize();
     }
     Apartment(const Apartment&) = delete;
     Apartment& operator=(const Apartment&) = delete;

@@ -28,6 +28,8 @@ public:
         CloseHandle(process_.hProcess);
     }
 
+    DWORD id() const { return process_.dwProcessId; }
+
     /// After its end.
     DWORD exit_code() const
     {

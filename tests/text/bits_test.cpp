@@ -20,6 +20,10 @@ TEST(Bits, OneIsSetOrClearedAndTheOthersStay)
                                                    Case{0, 30, true, 0x40000000}, Case{-1, 30, false, -0x40000001},
                                                    Case{lowest, 0, true, lowest + 1}, Case{highest, 0, false, highest - 1}})
         EXPECT_EQ(text::with_bit(number, bit, set), result) << number << ", bit " << bit;
-    for (const unsigned bit : {31u, 32u, 255u})
+    for (const unsigned bit : {31u, 32u, 255u}) {
         EXPECT_EQ(error_of([&] { text::with_bit(0, bit, true); }), 6) << bit;
+        EXPECT_EQ(error_of([&] { text::has_bit(-1, bit); }), 6) << bit;
+    }
+    EXPECT_TRUE(text::has_bit(8, 3) && text::has_bit(lowest + 1, 0) && text::has_bit(-1, 30));
+    EXPECT_FALSE(text::has_bit(7, 3) || text::has_bit(lowest, 30));
 }
