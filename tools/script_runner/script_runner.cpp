@@ -141,7 +141,7 @@ public:
         error->GetSourcePosition(&context, &line, &column);
         // Wine's JScript also tells of a call from outside that it refused, without a reason and a place: that is the caller's
         // affair.
-        if (info.scode == E_FAIL && !info.bstrSource && !info.bstrDescription && line == 0 && column == 0)
+        if (!info.bstrSource && !info.bstrDescription && line == 0 && column == 0)
             return S_OK;
         failed_ = true;
         const long code = HRESULT_FACILITY(info.scode) == FACILITY_CONTROL ? HRESULT_CODE(info.scode) : info.scode;
