@@ -133,13 +133,17 @@ public:
     {
         if (quits_)
             return S_OK;
-        failed_ = true;
         EXCEPINFO info{};
         DWORD context = 0;
         ULONG line = 0;
         LONG column = 0;
         error->GetExceptionInfo(&info);
         error->GetSourcePosition(&context, &line, &column);
+        // Wine's JScript also tells of a call from outside that it refused, without a reason and a place: that is the caller's
+        // affair.
+        if (!info.bstrSource && !info.bstrDescription && line == 0 && column == 0)
+            return S_OK;
+        failed_ = true;
         const long code = HRESULT_FACILITY(info.scode) == FACILITY_CONTROL ? HRESULT_CODE(info.scode) : info.scode;
         say(name_of(path_) + L"(" + std::to_wstring(line + 1) + L", " + std::to_wstring(column + 1) + L") "
             + (info.bstrSource ? info.bstrSource : L"") + L": error " + std::to_wstring(code) + L": "
