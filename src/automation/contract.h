@@ -49,6 +49,7 @@ struct Function {
     std::uint16_t slot; ///< its place in the interface's table of functions
     VARTYPE result;     ///< VT_EMPTY when it gives nothing
     std::span<const Parameter> parameters;
+    bool runs_client_code = false; ///< while it needs its by-reference arguments
 };
 
 /// What can be done with a member.

@@ -110,6 +110,8 @@ HRESULT Call::place_arguments() noexcept
 
 Passing Call::passing() const noexcept
 {
+    if (function_.runs_client_code)
+        return Passing::Owned;
     for (std::size_t i = 0; i < arguments_.count(); ++i)
         if (holds_object(arguments_.any(i)))
             return Passing::Owned;

@@ -53,6 +53,17 @@ TEST_F(Events, ReachEverySinkAndBringBackWhatItChanged)
     EXPECT_EQ(one.references() + other.references(), 2) << "the object lets go of its sinks";
 }
 
+TEST_F(Events, AHandlerMayGiveAVariableOfTheCallAValueOfAnotherType)
+{
+    client::Value text = L"before";
+    Sink sink{[&](long&) { text = 7; }};
+    DWORD cookie = 0;
+    ASSERT_EQ(point()->Advise(&sink, &cookie), S_OK);
+    specimen.call(L"Announce", {client::Value::variable(text)});
+    EXPECT_EQ(text.text(), L"announced");
+    EXPECT_EQ(point()->Unadvise(cookie), S_OK);
+}
+
 TEST_F(Events, SinksMayGoWhileAnEventIsRaised)
 {
     DWORD first = 0, second = 0;

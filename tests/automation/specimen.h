@@ -103,6 +103,12 @@ public:
         return all;
     }
     long Difference(const Pair& pair) { return pair.second - pair.first; }
+    void Announce(BSTR& s)
+    {
+        long unused = 0;
+        events().fire(1, {automation::by_reference(unused)});
+        automation::replace(s, L"announced");
+    }
     long Raise(Bytes& bytes, long by)
     {
         long sum = 0;
