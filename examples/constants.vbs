@@ -44,13 +44,60 @@ Const qvGCT_SHORTCHAR = 2
 Const qvGCT_WILD = 4
 Const qvGCT_SEPARATOR = 8
 
+' qvListviewMessages: Messages of list views.
+Const LVM_FIRST = 4096
+Const LVM_SETEXTENDEDLISTVIEWSTYLE = 4150
+Const LVM_GETEXTENDEDLISTVIEWSTYLE = 4151
+Const LVM_GETHEADER = 4127
+
+' qvListviewStyles: Extended styles of list views.
+Const LVS_EX_GRIDLINES = 1
+Const LVS_EX_TRACKSELECT = 8
+Const LVS_EX_HEADERDRAGDROP = 16
+Const LVS_EX_FULLROWSELECT = 32
+Const LVS_EX_ONECLICKACTIVATE = 64
+Const LVS_EX_TWOCLICKACTIVATE = 128
+
 ' qvMinMax: The rows of a result of MinMax.
 Const MINI = 0
 Const MAXI = 1
 
+' qvPathDialogMode: What the folder that is asked for is to be.
+Const qvPDSource = 0
+Const qvPDDestination = 1
+
 ' qvPathSeparator: The character between the parts of a shortened path.
 Const qvPS_BACKSLASH = 92
 Const qvPS_SLASH = 47
+
+' TT_Flags: How a tool shows its tooltip.
+Const TTF_IDISHWND = 1
+Const TTF_CENTERTIP = 2
+Const TTF_RTLREADING = 4
+Const TTF_SUBCLASS = 16
+Const TTF_TRACK = 32
+Const TTF_ABSOLUTE = 128
+Const TTF_TRANSPARENT = 256
+Const TTF_DI_SETITEM = -32768
+
+' TT_STYLE: How a tooltip window looks and behaves.
+Const TTS_ALWAYSTIP = 1
+Const TTS_NOPREFIX = 2
+Const TTS_NOANIMATE = 16
+Const TTS_NOFADE = 32
+Const TTS_BALLOON = 64
+
+' TT_Timing: Which of a tooltip's times.
+Const TTDT_AUTOMATIC = 0
+Const TTDT_RESHOW = 1
+Const TTDT_AUTOPOP = 2
+Const TTDT_INITIAL = 3
+
+' TT_TITELICON: The icon beside a tooltip's title.
+Const TTI_NOICON = 0
+Const TTI_INFOICON = 1
+Const TTI_WARNINGICON = 2
+Const TTI_ERRORICON = 3
 
 ' WalkDirConsts: What WalkDirTree reports and where it goes.
 Const dwWalkDirNormal = 0
