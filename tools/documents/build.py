@@ -16,7 +16,7 @@ RUNNER = ROOT / "build/release/tools/script_runner/script_runner.exe"
 
 def write_sources(reference):
     shutil.rmtree(SOURCE, ignore_errors=True)
-    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference", "reference_old"))
+    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference"))
     shutil.copytree(ROOT / "examples", SOURCE / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
     for page in SOURCE.rglob("*.md"):
         # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
