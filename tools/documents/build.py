@@ -32,6 +32,8 @@ def run(*words, folder=ROOT):
 
 
 def build(reference):
+    if subprocess.run([ROOT / "tools/setup", "documents"]).returncode:
+        raise SystemExit(1)
     shutil.rmtree(TARGET / "html", ignore_errors=True)
     shutil.rmtree(TARGET / "help", ignore_errors=True)
     write_sources(reference)

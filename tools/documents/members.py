@@ -8,6 +8,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent.parent
 CONTRACT = ROOT / "build/release/interface/qvObjects_contract.idl"
 
+LONGEST_LINE = 84  # that a page shows whole
+
 # As the environments name them that the library's clients come from.
 TYPES = {"short": "Integer", "long": "Long", "unsigned char": "Byte", "float": "Single", "double": "Double", "BSTR": "String",
          "VARIANT": "Variant", "VARIANT_BOOL": "Boolean", "IDispatch": "Object", "IUnknown": "Object", "DATE": "Date",
@@ -138,7 +140,7 @@ class Contents:
 
 
 def syntax(member):
-    """A member as it is declared, and how a property may be used."""
+    """A member as it is declared."""
     arguments = []
     for argument in member.arguments:
         if argument.any_number:
@@ -148,8 +150,13 @@ def syntax(member):
         default = f" = {argument.default}" if argument.default else ""
         arguments.append(f"[{text}{default}]" if argument.optional else text)
     is_property = not member.uses & {"method", "event"}
-    listed = f"({', '.join(arguments)})" if arguments or not is_property else ""
-    return f"{member.name}{listed}" + (f" As {member.result}" if member.result else "")
+    result = f" As {member.result}" if member.result else ""
+    if not arguments and is_property:
+        return member.name + result
+    in_one = f"{member.name}({', '.join(arguments)}){result}"
+    if len(in_one) <= LONGEST_LINE:
+        return in_one
+    return f"{member.name}( _\n    " + ", _\n    ".join(arguments) + f"){result}"
 
 
 def kind(member):

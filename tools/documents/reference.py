@@ -156,13 +156,12 @@ class Reference:
         if not member.arguments:
             return []
         said = entry.arguments()
-        lines = ["## Arguments", "", "| Name | Type | Optional | Default | By reference | What it is |", "|---|---|---|---|---|---|"]
+        lines = ["## Arguments", "", "| Name | What it is | Type | Optional | By reference |", "|---|---|---|---|---|"]
         for a in member.arguments:
             type = f"[{a.type}](../enumerations.md)" if a.type in self.contents.enumerations else a.type
-            optional = "any number" if a.any_number else "yes" if a.optional else ""
-            default = f"`{a.default}`" if a.default else ""
-            lines.append(f"| `{a.name}` | {type} | {optional} | {default} | {'yes' if a.by_reference else ''} | "
-                         f"{self.linked(said.get(a.name, ''), member.owner, '../')} |")
+            optional = "any number" if a.any_number else f"`{a.default}`" if a.default else "yes" if a.optional else ""
+            lines.append(f"| `{a.name}` | {self.linked(said.get(a.name, ''), member.owner, '../')} | {type} | {optional} | "
+                         f"{'yes' if a.by_reference else ''} |")
         return lines + [""]
 
     def errors(self, entry, owner):
