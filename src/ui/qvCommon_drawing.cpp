@@ -7,6 +7,7 @@
 #include "files/file.h"
 #include "files/folder_search.h"
 #include "files/path_names.h"
+#include "ui/device.h"
 #include "ui/enhanced_metafile.h"
 
 #include <olectl.h>
@@ -16,9 +17,6 @@
 #include <limits>
 #include <string>
 #include <vector>
-
-// winspool.h does not say that it is imported.
-extern "C" DECLSPEC_IMPORT BOOL WINAPI GetDefaultPrinterW(wchar_t* name, DWORD* size);
 
 namespace {
 
@@ -138,18 +136,6 @@ bool play(const Picture& picture, HDC device, const Place& place)
     return PlayEnhMetaFile(device, picture.metafile.get(), &area);
 }
 
-std::wstring default_printer()
-{
-    std::wstring name;
-    DWORD size = 0; // with the closing NUL
-    while (!GetDefaultPrinterW(size > 0 ? name.data() : nullptr, &size)) {
-        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER || size <= name.size())
-            throw Error{Runtime::Printer};
-        name.resize(size);
-    }
-    return name;
-}
-
 /// Raises the printer's error unless something has succeeded.
 void require_printer(bool done)
 {
@@ -190,7 +176,7 @@ private:
 
 bool print(const Picture& picture, const std::wstring& title, const Place& place)
 {
-    const PrinterContext printer{CreateDCW(L"WINSPOOL", default_printer().c_str(), nullptr, nullptr)};
+    const PrinterContext printer{CreateDCW(L"WINSPOOL", device::printer_name().c_str(), nullptr, nullptr)};
     require_printer(static_cast<bool>(printer));
     Document document{printer.get(), title};
     if (!document.is_open())
