@@ -21,7 +21,7 @@ def write_sources(reference):
     for page in SOURCE.rglob("*.md"):
         # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
         text = re.sub(r"\[([^\]]*)\]\(\.\./((?:\.\./)*examples/[^)]*)\)", r"{download}`\1 <\2>`", page.read_text(encoding="utf-8"))
-        text = re.sub(r"^```vbs\b", "```vbnet", text, flags=re.MULTILINE)  # as Pygments names the closest language
+        text = re.sub(r"^```vbs\b", "```vbnet", text, flags=re.MULTILINE)  # the closest language that Pygments knows
         page.write_text(text, encoding="utf-8")
     reference.write(SOURCE / "reference")
 
