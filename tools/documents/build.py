@@ -21,6 +21,8 @@ def write_sources(reference):
     for page in SOURCE.rglob("*.md"):
         # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
         text = re.sub(r"\[([^\]]*)\]\(\.\./((?:\.\./)*examples/[^)]*)\)", r"{download}`\1 <\2>`", page.read_text(encoding="utf-8"))
+        # As in the reference; the name of a sample's language is known to the samples only.
+        text = re.sub(r"^```vbs\b.*$", "```vbnet", re.sub(r"^```js\b.*$", "```js", text, flags=re.MULTILINE), flags=re.MULTILINE)
         page.write_text(text, encoding="utf-8")
     reference.write(SOURCE / "reference")
 
