@@ -67,10 +67,10 @@ Sub CheckMemory(what, times, limit)
 End Sub
 
 MakeFile
-' Wine leaves some bytes behind for every object that a script creates, whosever it is: here 16000 times.
-CheckMemory "creating objects", 4000, 800
-CheckMemory "loading, walking and saving trees", 100, 1000
-CheckMemory "expanding templates", 3000, 1000
-CheckMemory "failing calls", 3000, 1000
+' Wine leaves some bytes behind for every object that a script creates, whosever it is: here 8000 times.
+CheckMemory "creating objects", 2000, 500
+CheckMemory "loading, walking and saving trees", 50, 500
+CheckMemory "expanding templates", 1500, 500
+CheckMemory "failing calls", 1500, 500
 
 Done
