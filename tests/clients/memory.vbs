@@ -67,9 +67,9 @@ Sub CheckMemory(what, times, limit)
 End Sub
 
 MakeFile
-' Wine leaves some bytes behind for every object that a script creates, whosever it is: here 8000 times.
-CheckMemory "creating objects", 2000, 500
-CheckMemory "loading, walking and saving trees", 50, 500
+' Wine leaves some bytes behind for every object that a script creates, whosever it is: here 4000 times.
+CheckMemory "creating objects", 1000, 300
+CheckMemory "loading, walking and saving trees", 30, 500
 CheckMemory "expanding templates", 1500, 500
 CheckMemory "failing calls", 1500, 500
 
