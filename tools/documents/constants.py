@@ -4,30 +4,30 @@ from members import ROOT
 EXAMPLES = ROOT / "examples"
 
 
-def vbscript(enumerations):
-    lines = ["' The values of the library's enumerations. A script takes them in with",
-             "'     ExecuteGlobal CreateObject(\"Scripting.FileSystemObject\").OpenTextFile(\"constants.vbs\").ReadAll",
-             "' Written by tools/docs --constants."]
-    for enumeration in enumerations:
-        lines += ["", f"' {enumeration.name}: {enumeration.help}"]
-        lines += [f"Const {name} = {value}" for name, value in enumeration.values.items()]
-    return lines
+# Of a language: how it comments, takes the file in, and says what a name stands for.
+LANGUAGES = {
+    "vbs": ("'", 'ExecuteGlobal CreateObject("Scripting.FileSystemObject").OpenTextFile("constants.vbs").ReadAll',
+            "Const {} = {}"),
+    "js": ("//", 'eval(new ActiveXObject("Scripting.FileSystemObject").OpenTextFile("constants.js").ReadAll());',
+           "var {} = {};"),
+}
 
 
-def jscript(enumerations):
-    lines = ["// The values of the library's enumerations. A script takes them in with",
-             "//     eval(new ActiveXObject(\"Scripting.FileSystemObject\").OpenTextFile(\"constants.js\").ReadAll());",
-             "// Written by tools/docs --constants."]
+def lines_of(enumerations, language):
+    comment, taken_in, constant = LANGUAGES[language]
+    lines = [f"{comment} The values of the library's enumerations. A script takes them in with",
+             f"{comment}     {taken_in}",
+             f"{comment} Written by tools/docs --constants."]
     for enumeration in enumerations:
-        lines += ["", f"// {enumeration.name}: {enumeration.help}"]
-        lines += [f"var {name} = {value};" for name, value in enumeration.values.items()]
+        lines += ["", f"{comment} {enumeration.name}: {enumeration.help}"]
+        lines += [constant.format(name, value) for name, value in enumeration.values.items()]
     return lines
 
 
 def files(contents):
     """The files with their texts, as script hosts read them."""
     enumerations = sorted(contents.enumerations.values(), key=lambda enumeration: enumeration.name.lower())
-    return {EXAMPLES / "constants.vbs": vbscript(enumerations), EXAMPLES / "constants.js": jscript(enumerations)}
+    return {EXAMPLES / f"constants.{language}": lines_of(enumerations, language) for language in LANGUAGES}
 
 
 def write(contents):
