@@ -1,3 +1,4 @@
+#include "support/canvas.h"
 #include "support/client.h"
 #include "support/dispatch_object.h"
 #include "support/tables.h"
@@ -5,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+using client::Canvas;
 using client::expect_error;
 using client::Folder;
 using client::Object;
@@ -16,54 +18,6 @@ long number_of(const void* handle)
 {
     return static_cast<long>(reinterpret_cast<LONG_PTR>(handle));
 }
-
-/// A white picture in memory to draw into.
-class Canvas {
-public:
-    static constexpr int width = 300, height = 200;
-
-    Canvas()
-    {
-        BITMAPINFO information{};
-        information.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        bitmap_ = CreateDIBSection(context, &information, DIB_RGB_COLORS, reinterpret_cast<void**>(&pixels_), nullptr, 0);
-        former_ = SelectObject(context, bitmap_);
-        PatBlt(context, 0, 0, width, height, WHITENESS);
-    }
-    ~Canvas()
-    {
-        SelectObject(context, former_);
-        DeleteObject(bitmap_);
-        DeleteDC(context);
-    }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-
-    std::vector<DWORD> pixels() const
-    {
-        GdiFlush();
-        return {pixels_, pixels_ + width * height};
-    }
-    /// The smallest rectangle around what was drawn.
-    RECT drawn() const
-    {
-        RECT area{width, height, 0, 0};
-        const auto all = pixels();
-        for (LONG y = 0; y < height; ++y)
-            for (LONG x = 0; x < width; ++x)
-                if ((all[static_cast<std::size_t>(y * width + x)] & 0xFFFFFF) != 0xFFFFFF)
-                    area = {std::min(area.left, x), std::min(area.top, y), std::max(area.right, x + 1),
-                            std::max(area.bottom, y + 1)};
-        return area;
-    }
-
-    const HDC context = CreateCompatibleDC(nullptr);
-
-private:
-    HBITMAP bitmap_;
-    HGDIOBJ former_;
-    DWORD* pixels_ = nullptr;
-};
 
 class Drawing : public testing::Test {
 protected:
@@ -152,7 +106,7 @@ TEST_F(Drawing, KeepsTheProportionWhereASizeIsLeftOpen)
     }
     Canvas canvas;
     EXPECT_TRUE(common.call(L"PrintEMF", {path, number_of(canvas.context)}).flag());
-    const RECT whole{0, 0, Canvas::width, Canvas::height}, drawn = canvas.drawn();
+    const RECT whole{0, 0, canvas.width, canvas.height}, drawn = canvas.drawn();
     EXPECT_TRUE(EqualRect(&drawn, &whole)) << "as large as the screen";
 }
 

@@ -1,6 +1,7 @@
 // The members of qvForm that work on forms, controls and windows: with objects of the client that write down what happens to
 // them, and with windows of the platform.
 
+#include "support/canvas.h"
 #include "support/recorded_object.h"
 #include "support/tables.h"
 
@@ -10,6 +11,7 @@
 
 #include <cmath>
 
+using client::Canvas;
 using client::expect_error;
 using client::Object;
 using client::Recorded;
@@ -81,35 +83,6 @@ private:
             log += L"paint " + std::to_wstring(area.right) + L"x" + std::to_wstring(area.bottom) + L" ";
         return DefWindowProcW(window, message, wparam, lparam);
     }
-};
-
-/// A picture to draw in, white at first.
-class Picture {
-public:
-    Picture(int width, int height) : context_{CreateCompatibleDC(nullptr)}
-    {
-        const HDC screen = GetDC(nullptr);
-        bitmap_ = CreateCompatibleBitmap(screen, width, height);
-        ReleaseDC(nullptr, screen);
-        former_ = SelectObject(context_, bitmap_);
-        PatBlt(context_, 0, 0, width, height, WHITENESS);
-    }
-    ~Picture()
-    {
-        SelectObject(context_, former_);
-        DeleteObject(bitmap_);
-        DeleteDC(context_);
-    }
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-
-    HDC context() const { return context_; }
-    COLORREF operator()(int x, int y) const { return GetPixel(context_, x, y); }
-
-private:
-    HDC context_;
-    HBITMAP bitmap_;
-    HGDIOBJ former_;
 };
 
 } // namespace
@@ -206,9 +179,9 @@ TEST_F(Form, TheHalftoneBrushPaintsAChessboard)
     const Value brush = form.call(L"GetHalftoneBrush");
     ASSERT_EQ(brush.vt, VT_I4);
     const auto handle = reinterpret_cast<HBRUSH>(static_cast<LONG_PTR>(brush.lVal));
-    const Picture picture{16, 16};
+    const Canvas picture{16, 16};
     const RECT all{0, 0, 16, 16};
-    FillRect(picture.context(), &all, handle);
+    FillRect(picture.context, &all, handle);
     for (int x = 0; x < 15; ++x)
         for (int y = 0; y < 15; ++y) {
             EXPECT_NE(picture(x, y), picture(x + 1, y));
@@ -323,16 +296,16 @@ TEST_F(Form, EdgesAreDrawnInsideARectangle)
     record.pRecInfo = description;
     const COLORREF white = RGB(255, 255, 255), corner = GetSysColor(COLOR_BTNHIGHLIGHT);
     const COLORREF background = RGB(1, 2, 3);
-    const auto draw = [&](const Picture& picture, long dx, long dy, bool grip) {
+    const auto draw = [&](const Canvas& picture, long dx, long dy, bool grip) {
         const HBRUSH brush = CreateSolidBrush(background);
-        FillRect(picture.context(), &area, brush);
+        FillRect(picture.context, &area, brush);
         DeleteObject(brush);
-        VARIANT arguments[]{Value{grip}, Value{dy}, Value{dx}, record, handle(picture.context())};
+        VARIANT arguments[]{Value{grip}, Value{dy}, Value{dx}, record, handle(picture.context)};
         DISPPARAMS parameters{arguments, nullptr, 5, 0};
         const DISPID id = form.id(L"Draw3dEdge");
         EXPECT_EQ(form.dispatch()->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
     };
-    const Picture plain{120, 80}, filled{120, 80}, gripped{120, 80};
+    const Canvas plain{120, 80}, filled{120, 80}, gripped{120, 80};
     draw(plain, 0, 17, true);
     EXPECT_EQ(plain(10, 10), GetSysColor(COLOR_BTNSHADOW));
     EXPECT_EQ(plain(109, 69), GetSysColor(COLOR_BTNHIGHLIGHT));
@@ -349,7 +322,7 @@ TEST_F(Form, EdgesAreDrawnInsideARectangle)
 
     _qvForm* early = nullptr;
     ASSERT_EQ(form.dispatch()->QueryInterface(__uuidof(_qvForm), reinterpret_cast<void**>(&early)), S_OK);
-    const auto context = static_cast<long>(reinterpret_cast<LONG_PTR>(gripped.context()));
+    const auto context = static_cast<long>(reinterpret_cast<LONG_PTR>(gripped.context));
     EXPECT_EQ(early->Draw3dEdge(context, &area, 16, 16, VARIANT_TRUE), S_OK);
     bool has_grip = false;
     for (int i = 0; i < 16; ++i)
