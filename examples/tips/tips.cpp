@@ -131,7 +131,7 @@ HWND create_window()
     window_class.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     window_class.lpszClassName = L"tips";
     RegisterClassW(&window_class);
-    return CreateWindowW(L"tips", L"Tooltips", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 60, 60, 460, 340, nullptr, nullptr,
+    return CreateWindowW(L"tips", L"Tooltips", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 60, 40, 330, 340, nullptr, nullptr,
                          window_class.hInstance, nullptr);
 }
 

@@ -1,0 +1,87 @@
+// What a program in C++ needs to use objects by the names of their members, as a script does.
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <initializer_list>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// A value for a call, or its result. It owns what it holds.
+class Value : public VARIANT {
+public:
+    Value() { VariantInit(this); }
+    Value(long number) : Value{} { vt = VT_I4; lVal = number; }
+    Value(bool flag) : Value{} { vt = VT_BOOL; boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE; }
+    Value(const wchar_t* text) : Value{} { vt = VT_BSTR; bstrVal = SysAllocString(text); }
+    Value(IDispatch* object) : Value{} { vt = VT_DISPATCH; pdispVal = object; if (object) object->AddRef(); }
+    /// Takes the array over.
+    Value(SAFEARRAY* array, VARTYPE element) : Value{} { vt = static_cast<VARTYPE>(VT_ARRAY | element); parray = array; }
+    /// The call fills the variable.
+    Value(long* variable) : Value{} { vt = VT_BYREF | VT_I4; plVal = variable; }
+    Value(const Value& other) : Value{} { VariantCopy(this, const_cast<Value*>(&other)); }
+    Value& operator=(const Value&) = delete;
+    ~Value() { VariantClear(this); }
+};
+
+/// An object of the library. What fails raises std::runtime_error.
+class Object {
+public:
+    explicit Object(const wchar_t* name)
+    {
+        CLSID id;
+        if (FAILED(CLSIDFromProgID(name, &id)) ||
+            FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object_))))
+            throw std::runtime_error{"an object can't be created: is the library registered?"};
+    }
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+    ~Object() { object_->Release(); }
+
+    /// object.Member arguments
+    Value call(const wchar_t* member, std::initializer_list<Value> arguments = {}) const
+    {
+        return invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+    }
+    /// object.Member = value, or Set object.Member = value
+    void set(const wchar_t* member, const Value& value) const
+    {
+        invoke(member, static_cast<WORD>(value.vt == VT_DISPATCH ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT), {value});
+    }
+
+private:
+    Value invoke(const wchar_t* member, WORD flags, std::initializer_list<Value> arguments) const
+    {
+        DISPID id, put = DISPID_PROPERTYPUT;
+        auto name = const_cast<LPOLESTR>(member);
+        if (FAILED(object_->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id)))
+            throw std::runtime_error{"there is no such member"};
+        std::vector<VARIANTARG> reversed(arguments.begin(), arguments.end()); // what they hold stays with `arguments`
+        for (std::size_t first = 0, last = reversed.size(); last > first + 1; ++first)
+            std::swap(reversed[first], reversed[--last]);
+        const bool sets = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        DISPPARAMS parameters{reversed.data(), sets ? &put : nullptr, static_cast<UINT>(reversed.size()), sets ? 1u : 0u};
+        Value result;
+        EXCEPINFO error{};
+        const HRESULT outcome =
+            object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, sets ? nullptr : &result, &error, nullptr);
+        const std::string description = narrow(error.bstrDescription);
+        for (BSTR text : {error.bstrSource, error.bstrDescription, error.bstrHelpFile})
+            SysFreeString(text);
+        if (FAILED(outcome))
+            throw std::runtime_error{description.empty() ? "a call was refused" : description};
+        return result;
+    }
+    static std::string narrow(BSTR text)
+    {
+        const int units = static_cast<int>(SysStringLen(text));
+        std::string bytes(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, text, units, nullptr, 0, nullptr, nullptr)), '\0');
+        WideCharToMultiByte(CP_ACP, 0, text, units, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
+        return bytes;
+    }
+
+    IDispatch* object_ = nullptr;
+};
