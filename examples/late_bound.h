@@ -78,8 +78,9 @@ private:
     static std::string narrow(BSTR text)
     {
         const int units = static_cast<int>(SysStringLen(text));
-        std::string bytes(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, text, units, nullptr, 0, nullptr, nullptr)), '\0');
-        WideCharToMultiByte(CP_ACP, 0, text, units, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
+        const int count = WideCharToMultiByte(CP_ACP, 0, text, units, nullptr, 0, nullptr, nullptr);
+        std::string bytes(static_cast<std::size_t>(count), '\0');
+        WideCharToMultiByte(CP_ACP, 0, text, units, bytes.data(), count, nullptr, nullptr);
         return bytes;
     }
 

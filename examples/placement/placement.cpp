@@ -12,8 +12,8 @@
 #include <cstdio>
 #include <cwchar>
 
-/// A window as qvSave sees it: lengths in twips, of which an inch has 1440. It lives where it is declared, so nobody needs to count
-/// its references.
+/// A window as qvSave sees it: lengths in twips, of which an inch has 1440. It lives where it is declared, so nobody needs to
+/// count its references.
 class Form final : public IDispatch {
 public:
     explicit Form(HWND window) : window_{window} {}
@@ -100,7 +100,8 @@ LRESULT CALLBACK tell_place(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     GetWindowRect(window, &place);
     GetClientRect(window, &inside);
     wchar_t text[80];
-    std::swprintf(text, 80, L"At %ld, %ld: %ld by %ld", place.left, place.top, place.right - place.left, place.bottom - place.top);
+    std::swprintf(text, 80, L"At %ld, %ld: %ld by %ld", place.left, place.top, place.right - place.left,
+                  place.bottom - place.top);
     const HDC screen = BeginPaint(window, &paint);
     SetBkMode(screen, TRANSPARENT);
     DrawTextW(screen, text, -1, &inside, DT_SINGLELINE | DT_CENTER | DT_VCENTER);

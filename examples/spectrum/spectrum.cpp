@@ -14,8 +14,8 @@
 #include <cstdio>
 
 constexpr long channels = 120, half_width = 3;
-constexpr SIZE picture{640, 260};                                       // in pixels
-constexpr RECT panels[]{{20, 40, 310, 230}, {330, 40, 620, 230}};       // before, after
+constexpr SIZE picture{640, 260}; // in pixels
+constexpr RECT panels[]{{20, 40, 310, 230}, {330, 40, 620, 230}}; // before, after
 constexpr double top_value = 30;
 constexpr COLORREF frame_colour = RGB(150, 150, 150), noisy = RGB(130, 150, 170), smooth = RGB(200, 60, 30);
 
@@ -81,7 +81,10 @@ void draw_panel(HDC context, const RECT& panel, const wchar_t* title)
 
 void draw(HDC context, const std::vector<double>& before, const std::vector<double>& after)
 {
-    const HGDIOBJ former = SelectObject(context, CreateFontW(-15, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0, 0, 0, L"Arial"));
+    LOGFONTW font{};
+    font.lfHeight = -15;
+    wcscpy(font.lfFaceName, L"Arial");
+    const HGDIOBJ former = SelectObject(context, CreateFontIndirectW(&font));
     draw_panel(context, panels[0], L"As measured");
     draw_curve(context, panels[0], before, noisy, 2);
     draw_panel(context, panels[1], L"Smoothed");
@@ -91,7 +94,8 @@ void draw(HDC context, const std::vector<double>& before, const std::vector<doub
 }
 
 /// The frame of a metafile is told in hundredths of a millimetre.
-void write_metafile(const wchar_t* file, const Object& common, const std::vector<double>& before, const std::vector<double>& after)
+void write_metafile(const wchar_t* file, const Object& common, const std::vector<double>& before,
+                    const std::vector<double>& after)
 {
     const double across = 100 * common.call(L"MMperPixX").dblVal, down = 100 * common.call(L"MMperPixY").dblVal;
     const RECT frame{0, 0, std::lround(picture.cx * across), std::lround(picture.cy * down)};

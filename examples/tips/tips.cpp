@@ -2,10 +2,10 @@
 //     tips [SECONDS]
 //
 // It shows how a program in C++ uses qvToolTip: a tool with a fixed text, one whose text the event NeedText asks for, and a
-// balloon with a title. Here the program says when a tooltip appears and where; without the flag track the system shows it where
-// the mouse rests on the tool. Build it as a 32-bit program, with one of
+// balloon with a title. It prints when it is asked for a text. Here the program says when a tooltip appears and where; without
+// the flag track the system shows it where the mouse rests on the tool. Build it as a 32-bit program, with one of
 //     cl /EHsc /DUNICODE tips.cpp ole32.lib oleaut32.lib uuid.lib user32.lib gdi32.lib
-//     i686-w64-mingw32-g++ -municode -mwindows -static tips.cpp -o tips.exe -lole32 -loleaut32 -luuid
+//     i686-w64-mingw32-g++ -municode -static tips.cpp -o tips.exe -lole32 -loleaut32 -luuid -lgdi32
 #include <windows.h>
 
 #include <ocidl.h>
@@ -75,6 +75,7 @@ public:
         std::swprintf(text, 80, L"Asked at %02d:%02d:%02d for tool %ld", now.wHour, now.wMinute, now.wSecond,
                       arguments->rgvarg[1].lVal);
         SysReAllocString(arguments->rgvarg[0].pbstrVal, text);
+        std::printf("Tool %ld asked for its text.\n", arguments->rgvarg[1].lVal);
         return S_OK;
     }
 
@@ -173,7 +174,7 @@ int run(DWORD milliseconds)
     IDispatch* const plain = create_tooltip(always);
     IDispatch* const balloons = create_tooltip(always | balloon);
     if (!plain || !balloons) {
-        MessageBoxW(nullptr, L"qvObjects.qvToolTip can't be created.", L"tips", MB_ICONERROR);
+        std::printf("qvObjects.qvToolTip can't be created.\n");
         return 1;
     }
     IID events = GUID_NULL;
@@ -196,9 +197,9 @@ int run(DWORD milliseconds)
     return 0;
 }
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int)
+int wmain(int count, wchar_t** arguments)
 {
-    const auto seconds = static_cast<DWORD>(std::wcstol(arguments, nullptr, 10));
+    const auto seconds = count > 1 ? static_cast<DWORD>(std::wcstol(arguments[1], nullptr, 10)) : 0;
     CoInitialize(nullptr);
     const int code = run((seconds > 0 ? seconds : 6) * 1000 / 3);
     CoUninitialize();

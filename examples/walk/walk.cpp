@@ -1,5 +1,5 @@
-// Lists the files below a folder, and stops after some of them:
-//     walk FOLDER [PATTERN] [MOST]
+// Lists the files below a folder, the current one if none is named, and stops after some of them:
+//     walk [FOLDER [PATTERN [MOST]]]
 //
 // It shows how a program in C++ hears the events of an object: here ItemFound of qvFile, which its member WalkDirTree raises.
 // Build it as a 32-bit program, with one of
@@ -107,16 +107,12 @@ int list(IDispatch* object, const wchar_t* folder, const wchar_t* pattern, int m
     const HRESULT result = walk(object, folder, pattern);
     point->Unadvise(cookie); // before the listener goes
     point->Release();
-    std::wprintf(L"%d found%ls\n", listener.found(), listener.found() == most ? L", there may be more" : L"");
+    std::wprintf(L"%d found%ls\n", listener.found(), most > 0 && listener.found() == most ? L", there may be more" : L"");
     return FAILED(result);
 }
 
 int wmain(int count, wchar_t** arguments)
 {
-    if (count < 2) {
-        std::wprintf(L"walk FOLDER [PATTERN] [MOST]\n");
-        return 2;
-    }
     std::setlocale(LC_ALL, ""); // names may hold any letter of the user's language
     CoInitialize(nullptr);
     CLSID id;
@@ -126,7 +122,7 @@ int wmain(int count, wchar_t** arguments)
         result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object));
     int code = 1;
     if (SUCCEEDED(result)) {
-        code = list(object, arguments[1], count > 2 ? arguments[2] : L"*.*",
+        code = list(object, count > 1 ? arguments[1] : L".", count > 2 ? arguments[2] : L"*.*",
                     count > 3 ? static_cast<int>(std::wcstol(arguments[3], nullptr, 10)) : 0);
         object->Release();
     } else {
