@@ -1,8 +1,9 @@
-// What a program in C++ needs to use objects by the names of their members, as a script does.
+// What a program in C++ needs to use objects by the names of their members, as a script does, and to hear their events.
 #pragma once
 
 #include <windows.h>
 
+#include <ocidl.h>
 #include <oleauto.h>
 
 #include <initializer_list>
@@ -40,6 +41,8 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
     ~Object() { object_->Release(); }
+
+    IDispatch* get() const { return object_; }
 
     /// object.Member arguments
     Value call(const wchar_t* member, std::initializer_list<Value> arguments = {}) const
@@ -85,4 +88,61 @@ private:
     }
 
     IDispatch* object_ = nullptr;
+};
+
+/// Hears the events of objects. It lives where it is declared, so nobody needs to count its references, and is disconnected when it
+/// goes.
+class Listener : public IDispatch {
+public:
+    Listener() = default;
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    /// The object tells through IProvideClassInfo2 which interface it calls.
+    void listen_to(const Object& object)
+    {
+        IProvideClassInfo2* information = nullptr;
+        if (SUCCEEDED(object.get()->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&information)))) {
+            information->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events_);
+            information->Release();
+        }
+        Connection connection{};
+        IConnectionPointContainer* container = nullptr;
+        if (SUCCEEDED(object.get()->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)))) {
+            container->FindConnectionPoint(events_, &connection.point);
+            container->Release();
+        }
+        if (!connection.point || FAILED(connection.point->Advise(this, &connection.cookie)))
+            throw std::runtime_error{"the object has no events"};
+        connections_.push_back(connection);
+    }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    {
+        const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == events_;
+        *object = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+
+protected:
+    ~Listener()
+    {
+        for (const Connection& connection : connections_) {
+            connection.point->Unadvise(connection.cookie);
+            connection.point->Release();
+        }
+    }
+
+private:
+    struct Connection {
+        IConnectionPoint* point;
+        DWORD cookie;
+    };
+    IID events_{};
+    std::vector<Connection> connections_;
 };
