@@ -7,6 +7,7 @@
 #include <oleauto.h>
 
 #include <initializer_list>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -62,9 +63,7 @@ private:
         auto name = const_cast<LPOLESTR>(member);
         if (FAILED(object_->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id)))
             throw std::runtime_error{"there is no such member"};
-        std::vector<VARIANTARG> reversed(arguments.begin(), arguments.end()); // what they hold stays with `arguments`
-        for (std::size_t first = 0, last = reversed.size(); last > first + 1; ++first)
-            std::swap(reversed[first], reversed[--last]);
+        std::vector<VARIANTARG> reversed(std::rbegin(arguments), std::rend(arguments)); // what they hold stays with `arguments`
         const bool sets = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
         DISPPARAMS parameters{reversed.data(), sets ? &put : nullptr, static_cast<UINT>(reversed.size()), sets ? 1u : 0u};
         Value result;
