@@ -28,5 +28,6 @@ def setup(app):
     def plain_theme(app, config):
         if app.tags.has("htmlhelp"):
             config.html_theme = "classic"
+            config.templates_path = ["_help"]
     app.connect("config-inited", plain_theme)
     app.connect("html-page-context", near_pages_only, priority=400)

@@ -15,18 +15,18 @@ SOURCE = TARGET / "source"
 RUNNER = ROOT / "build/release/tools/script_runner/script_runner.exe"
 
 
-def write_sources(reference):
-    shutil.rmtree(SOURCE, ignore_errors=True)
-    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference"))
-    shutil.copytree(ROOT / "examples", SOURCE / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
-    for page in SOURCE.rglob("*.md"):
-        text = links.to_pages(page.read_text(encoding="utf-8"), ROOT / "docs" / page.relative_to(SOURCE), reference)
+def write_sources(reference, target):
+    shutil.rmtree(target, ignore_errors=True)
+    shutil.copytree(ROOT / "docs", target, ignore=shutil.ignore_patterns("reference"))
+    shutil.copytree(ROOT / "examples", target / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
+    for page in target.rglob("*.md"):
+        text = links.to_pages(page.read_text(encoding="utf-8"), ROOT / "docs" / page.relative_to(target), reference)
         # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
         text = re.sub(r"\[([^\]]*)\]\(\.\./((?:\.\./)*examples/[^)]*)\)", r"{download}`\1 <\2>`", text)
         # As in the reference; the name of a sample's language is known to the samples only.
         text = re.sub(r"^```vbs\b.*$", "```vbnet", re.sub(r"^```js\b.*$", "```js", text, flags=re.MULTILINE), flags=re.MULTILINE)
         page.write_text(text, encoding="utf-8")
-    reference.write(SOURCE / "reference")
+    reference.write(target / "reference")
 
 
 def run(*words, folder=ROOT):
@@ -40,7 +40,7 @@ def build(reference):
         raise SystemExit(1)
     shutil.rmtree(TARGET / "html", ignore_errors=True)
     shutil.rmtree(TARGET / "help", ignore_errors=True)
-    write_sources(reference)
+    write_sources(reference, SOURCE)
     run("sphinx-build", "-j", "auto", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
     run("sphinx-build", "-j", "auto", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
     run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
@@ -107,10 +107,11 @@ def check_samples(report, found):
 
 def check_links(report, reference):
     """Links are seen as the sources lie in the repository, and in the pages before the long way to HTML."""
-    write_sources(reference)
+    checked = TARGET / "checked"
+    write_sources(reference, checked)
     sources = [ROOT / f"{name}.md" for name in ("README", "CONTRIBUTING", "CHANGELOG")]
     sources += [*(ROOT / "docs").rglob("*.md"), *(ROOT / "examples").rglob("*.md")]
-    pages = sorted(SOURCE.rglob("*.md"))
+    pages = sorted(checked.rglob("*.md"))
     found = [*links.leading_nowhere([*sorted(sources), *pages]), *links.missing_contents(pages)]
     for path, target in found:
         report.check(False, f"{path.relative_to(ROOT)}: {target} leads somewhere")

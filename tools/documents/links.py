@@ -51,8 +51,9 @@ def to_pages(text, source, reference):
 
 
 def in_toctrees(text):
-    return [entry for block in re.findall(r"^```\{toctree\}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
-            for entry in block.split("\n") if entry and not entry.startswith(":")]
+    """The pages that a page has as its contents, but for the index, which is made last."""
+    return [re.sub(r".*<(.*)>", r"\1", entry) for block in re.findall(r"^```\{toctree\}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+            for entry in block.split("\n") if entry and not entry.startswith(":") and entry != "genindex"]
 
 
 def missing_contents(pages):

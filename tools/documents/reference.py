@@ -127,7 +127,7 @@ class Reference:
             if members:
                 lines += ["", f"## {title}", "", "| Name | What it does |", "|---|---|"]
                 lines += [f"| [{m.name}]({self.file_of(m.name)}.md) | {self.cell(m.help)} |" for m in members.values()]
-        names = [self.file_of(name) for name in (*found.members, *found.events)]
+        names = [f"{name} <{self.file_of(name)}>" for name in (*found.members, *found.events)]
         return "\n".join(lines + (["", "```{toctree}", ":hidden:", ""] + names + ["```"] if names else []) + [""])
 
     @staticmethod
@@ -160,13 +160,16 @@ class Reference:
         if not member.arguments:
             return []
         said = entry.arguments()
-        lines = ["## Arguments", "", "| Name | What it is | Type | Optional | By reference |", "|---|---|---|---|---|"]
+        rows = []
         for a in member.arguments:
             type = f"[{a.type}](../enumerations.md)" if a.type in self.contents.enumerations else a.type
             optional = "any number" if a.any_number else f"`{a.default}`" if a.default else "yes" if a.optional else ""
-            lines.append(f"| `{a.name}` | {self.linked(said.get(a.name, ''), member.owner, '../')} | {type} | {optional} | "
-                         f"{'yes' if a.by_reference else ''} |")
-        return lines + [""]
+            rows.append((f"`{a.name}`", self.linked(said.get(a.name, ""), member.owner, "../"), type, optional,
+                         "yes" if a.by_reference else ""))
+        titles = ("Name", "What it is", "Type", "Optional", "By reference")
+        shown = [place for place in range(len(titles)) if any(row[place] for row in rows)]
+        lines = [titles, ["---"] * len(titles), *rows]
+        return ["## Arguments", "", *("| " + " | ".join(line[place] for place in shown) + " |" for line in lines), ""]
 
     def errors(self, entry, owner):
         rows = entry.errors()
