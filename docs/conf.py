@@ -16,9 +16,18 @@ suppress_warnings = ["myst.header"]
 highlight_language = "none"
 
 
+def near_pages_only(app, page, template, context, doctree):
+    """The tree of contents beside a page has the members of its own class alone: all of them on every page took most of the time."""
+    whole = context.get("toctree")
+    if whole:
+        context["toctree"] = lambda **options: whole(**{**options, "collapse": True})
+
+
 def setup(app):
     # The help viewer's browser is an old one.
     def plain_theme(app, config):
         if app.tags.has("htmlhelp"):
             config.html_theme = "classic"
+            config.templates_path = ["_help"]
     app.connect("config-inited", plain_theme)
+    app.connect("html-page-context", near_pages_only, priority=400)

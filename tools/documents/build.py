@@ -6,9 +6,10 @@ import shutil
 import subprocess
 
 import constants
+import links
 import samples
 from members import ROOT, Contents
-from reference import REFERENCE, Reference
+from reference import Reference
 
 TARGET = ROOT / "build/docs"
 SOURCE = TARGET / "source"
@@ -25,18 +26,19 @@ def with_program(match):
     return f"{match[0]}\n\n```{{literalinclude}} {match['path'].removeprefix('../')}\n:language: {language}\n```"
 
 
-def write_sources(reference):
-    shutil.rmtree(SOURCE, ignore_errors=True)
-    shutil.copytree(ROOT / "docs", SOURCE, ignore=shutil.ignore_patterns("reference"))
-    shutil.copytree(ROOT / "examples", SOURCE / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
-    for page in SOURCE.rglob("*.md"):
+def write_sources(reference, target):
+    shutil.rmtree(target, ignore_errors=True)
+    shutil.copytree(ROOT / "docs", target, ignore=shutil.ignore_patterns("reference"))
+    shutil.copytree(ROOT / "examples", target / "examples", ignore=shutil.ignore_patterns("CMakeLists.txt"))
+    for page in target.rglob("*.md"):
         text = samples.SAMPLE.sub(with_program, page.read_text(encoding="utf-8"))
+        text = links.to_pages(text, ROOT / "docs" / page.relative_to(target), reference)
         # Among the pages the examples lie one folder nearer, for whoever reads the pages alone.
         text = re.sub(r"\[([^\]]*)\]\(\.\./((?:\.\./)*examples/[^)]*)\)", r"{download}`\1 <\2>`", text)
         # As in the reference; the name of a sample's language is known to the samples only.
         text = re.sub(r"^```vbs\b.*$", "```vbnet", re.sub(r"^```js\b.*$", "```js", text, flags=re.MULTILINE), flags=re.MULTILINE)
         page.write_text(text, encoding="utf-8")
-    reference.write(SOURCE / "reference")
+    reference.write(target / "reference")
 
 
 def run(*words, folder=ROOT):
@@ -50,9 +52,9 @@ def build(reference):
         raise SystemExit(1)
     shutil.rmtree(TARGET / "html", ignore_errors=True)
     shutil.rmtree(TARGET / "help", ignore_errors=True)
-    write_sources(reference)
-    run("sphinx-build", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
-    run("sphinx-build", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
+    write_sources(reference, SOURCE)
+    run("sphinx-build", "-j", "auto", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
+    run("sphinx-build", "-j", "auto", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
     run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
     shutil.move(TARGET / "help/qvObjects.chm", TARGET / "qvObjects.chm")
     print(f"docs: {(TARGET / 'html/index.html').relative_to(ROOT)} and {(TARGET / 'qvObjects.chm').relative_to(ROOT)}")
@@ -158,6 +160,19 @@ def check_samples(report, found):
             print("".join(f"#   {line}\n" for line in printed.splitlines()), end="")
 
 
+def check_links(report, reference):
+    """Links are seen as the sources lie in the repository, and in the pages before the long way to HTML."""
+    checked = TARGET / "checked"
+    write_sources(reference, checked)
+    sources = [ROOT / f"{name}.md" for name in ("README", "CONTRIBUTING", "CHANGELOG")]
+    sources += [*(ROOT / "docs").rglob("*.md"), *(ROOT / "examples").rglob("*.md")]
+    pages = sorted(checked.rglob("*.md"))
+    found = [*links.leading_nowhere([*sorted(sources), *pages]), *links.missing_contents(pages)]
+    for path, target in found:
+        report.check(False, f"{path.relative_to(ROOT)}: {target} leads somewhere")
+    report.check(not found, "every link in the documents leads somewhere")
+
+
 def check(reference, only):
     report = Report()
     faults = [fault for fault in reference.faults() if not only or fault.startswith(tuple(only))]
@@ -166,6 +181,7 @@ def check(reference, only):
     report.check(not faults, "every member of the type library has its entry in the reference")
     for path in constants.outdated(reference.contents):
         report.check(False, f"{path.relative_to(ROOT)} is what tools/docs --constants writes")
+    check_links(report, reference)
     wanted = [sample for sample in samples.everywhere() if not only or sample.file.stem.startswith(tuple(only))]
     check_samples(report, wanted)
     return report.end()

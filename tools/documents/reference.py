@@ -1,10 +1,10 @@
 """Puts what the contract says and what is written of each member together, to pages of one shape."""
 import re
 
+import links
 import prose
 from members import ROOT, kind, syntax
 
-REFERENCE = ROOT / "docs/reference"
 LANGUAGE_NAMES = {"vbs": "VBScript", "js": "JScript"}
 
 
@@ -19,10 +19,11 @@ class Reference:
     def __init__(self, contents):
         self.contents = contents
         self.pages = {}
-        for path in sorted(REFERENCE.glob("*.md"), key=lambda path: path.stem):
+        for path in sorted(links.FOLDER.glob("*.md"), key=lambda path: path.stem):
             if path.stem.partition(".")[0] in contents.classes:
                 self.add(prose.read(path))
-        self.enumerations = prose.read(REFERENCE / "enumerations.md")
+        self.enumerations = prose.read(links.FOLDER / "enumerations.md")
+        self.index = (links.FOLDER / links.INDEX).read_text(encoding="utf-8")
         self.texts = runtime_texts()
 
     def add(self, page):
@@ -46,6 +47,7 @@ class Reference:
             for member in members.values():
                 yield from self.faults_of(page, member)
             yield from (f"{name}.{entry} is no member" for entry in page.entries if entry not in members)
+        yield from (f"{name} is not in the index" for name in self.contents.classes if name not in self.classes_in_index())
         yield from self.faults_of_enumerations()
 
     def faults_of(self, page, member):
@@ -106,11 +108,13 @@ class Reference:
         (target / "index.md").write_text(self.index_page(), encoding="utf-8")
 
     def index_page(self):
-        lines = ["# Reference", "", "| Class | What it is | How it is had |", "|---|---|---|"]
-        how = {"global": "global", "creatable": "created", "given": "from other objects"}
-        lines += [f"| [{c.name}]({c.name}/index.md) | {c.help} | {how[c.kind]} |" for c in self.contents.classes.values()]
-        pages = [f"{name}/index" for name in self.contents.classes]
-        return "\n".join(lines + ["", "```{toctree}", ":hidden:", ""] + pages + ["enumerations", "```", ""])
+        text = links.to_pages(self.index, links.FOLDER / links.INDEX, self)
+        pages = [f"{name}/index" for name in self.classes_in_index()]
+        return "\n".join([text, "```{toctree}", ":hidden:", ""] + pages + ["enumerations", "```", ""])
+
+    def classes_in_index(self):
+        """In the order in which the index has them."""
+        return re.findall(r"^\| \[(\w+)\]", self.index, re.MULTILINE)
 
     def class_page(self, found):
         how = {"global": "Global class; scripts create it with", "creatable": "Created with",
@@ -123,7 +127,7 @@ class Reference:
             if members:
                 lines += ["", f"## {title}", "", "| Name | What it does |", "|---|---|"]
                 lines += [f"| [{m.name}]({self.file_of(m.name)}.md) | {self.cell(m.help)} |" for m in members.values()]
-        names = [self.file_of(name) for name in (*found.members, *found.events)]
+        names = [f"{name} <{self.file_of(name)}>" for name in (*found.members, *found.events)]
         return "\n".join(lines + (["", "```{toctree}", ":hidden:", ""] + names + ["```"] if names else []) + [""])
 
     @staticmethod
@@ -156,13 +160,16 @@ class Reference:
         if not member.arguments:
             return []
         said = entry.arguments()
-        lines = ["## Arguments", "", "| Name | What it is | Type | Optional | By reference |", "|---|---|---|---|---|"]
+        rows = []
         for a in member.arguments:
             type = f"[{a.type}](../enumerations.md)" if a.type in self.contents.enumerations else a.type
             optional = "any number" if a.any_number else f"`{a.default}`" if a.default else "yes" if a.optional else ""
-            lines.append(f"| `{a.name}` | {self.linked(said.get(a.name, ''), member.owner, '../')} | {type} | {optional} | "
-                         f"{'yes' if a.by_reference else ''} |")
-        return lines + [""]
+            rows.append((f"`{a.name}`", self.linked(said.get(a.name, ""), member.owner, "../"), type, optional,
+                         "yes" if a.by_reference else ""))
+        titles = ("Name", "What it is", "Type", "Optional", "By reference")
+        shown = [place for place in range(len(titles)) if any(row[place] for row in rows)]
+        lines = [titles, ["---"] * len(titles), *rows]
+        return ["## Arguments", "", *("| " + " | ".join(line[place] for place in shown) + " |" for line in lines), ""]
 
     def errors(self, entry, owner):
         rows = entry.errors()

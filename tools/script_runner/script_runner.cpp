@@ -111,7 +111,6 @@ public:
         engine_->Release();
         return !failed_;
     }
-    int exit_code() const { return exit_code_; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
@@ -152,10 +151,9 @@ public:
         if (!info.bstrSource && !info.bstrDescription && line == 0 && column == 0)
             return S_OK;
         failed_ = true;
-        const long code = HRESULT_FACILITY(info.scode) == FACILITY_CONTROL ? HRESULT_CODE(info.scode) : info.scode;
-        say(name_of(path_) + L"(" + std::to_wstring(line + 1) + L", " + std::to_wstring(column + 1) + L") "
-            + (info.bstrSource ? info.bstrSource : L"") + L": error " + std::to_wstring(code) + L": "
-            + (info.bstrDescription ? info.bstrDescription : L""));
+        const auto part = [](const wchar_t* before, const wchar_t* text) { return text && *text ? before + std::wstring{text} : L""; };
+        say(name_of(path_) + L"(" + std::to_wstring(line + 1) + L", " + std::to_wstring(column + 1) + L")"
+            + part(L" ", info.bstrSource) + L": error " + number_of(info.scode) + part(L": ", info.bstrDescription));
         for (BSTR text : {info.bstrSource, info.bstrDescription, info.bstrHelpFile})
             SysFreeString(text);
         return S_OK;
@@ -176,6 +174,16 @@ private:
         std::fflush(output_);
     }
     void say(const std::wstring& line) { print(line + L"\n"); }
+
+    /// The number of an error as the reference names it: that of the runtime, or the code in hexadecimal digits.
+    static std::wstring number_of(SCODE code)
+    {
+        if (HRESULT_FACILITY(code) == FACILITY_CONTROL)
+            return std::to_wstring(HRESULT_CODE(code));
+        wchar_t digits[16];
+        std::swprintf(digits, std::size(digits), L"0x%08lX", static_cast<unsigned long>(code));
+        return digits;
+    }
 
     HRESULT echo(const DISPPARAMS& arguments)
     {
@@ -257,13 +265,15 @@ private:
         } while (GetTickCount64() < end);
         return S_OK;
     }
-    /// Ends the script: as an error that its engine takes for the script's own, and that nobody is told of.
+    /// Ends the process of a script that has one of its own, for no error would pass On Error Resume Next, or a catch. One of many
+    /// ends by an error that its engine takes for the script's own, and that nobody is told of.
     HRESULT quit(const DISPPARAMS& arguments)
     {
         VARIANT code;
         VariantInit(&code);
-        if (arguments.cArgs == 1 && SUCCEEDED(VariantChangeType(&code, &arguments.rgvarg[0], 0, VT_I4)))
-            exit_code_ = code.lVal;
+        const bool has_code = arguments.cArgs == 1 && SUCCEEDED(VariantChangeType(&code, &arguments.rgvarg[0], 0, VT_I4));
+        if (output_ == stdout)
+            ExitProcess(failed_ ? 1 : has_code ? static_cast<UINT>(code.lVal) : 0);
         quits_ = true;
         return E_ABORT;
     }
@@ -279,7 +289,6 @@ private:
     IActiveScript* engine_ = nullptr;
     IDispatch* global_ = nullptr;
     bool failed_ = false, quits_ = false;
-    int exit_code_ = 0;
     HostObject arguments_object_{{
         {L"", [this](const auto& arguments, VARIANT* result) { return argument(arguments, result); }},
         {L"Item", [this](const auto& arguments, VARIANT* result) { return argument(arguments, result); }},
@@ -353,6 +362,5 @@ int wmain(int count, wchar_t** words)
         return 2;
     }
     Script script{path, {words + 2, words + count}, stdout};
-    const bool ended_well = script.run();
-    return ended_well ? script.exit_code() : 1;
+    return script.run() ? 0 : 1;
 }
