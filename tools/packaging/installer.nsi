@@ -6,7 +6,7 @@
 ;
 ; What a user may write on the command line: /S for silence, /AllUsers or /CurrentUser, /No64 (not for 64-bit programs) and, as
 ; the last word and without quotation marks, /D=FOLDER. A silent one ends with 0; with 2 when something could not be written,
-; after it has taken the registration back; with 87 for both kinds of users at once; with 740 when it needs an administrator.
+; after it has taken the registration back; with 87 for both kinds of users at once or a folder that can't be; with 740 when it needs an administrator.
 Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true
@@ -73,6 +73,7 @@ Page custom choose_users leave_users
     "Nur ein Administrator kann qvObjects für alle Benutzer installieren oder entfernen."
 !insertmacro text BothUsers \
     "/AllUsers and /CurrentUser can't be used together." "/AllUsers und /CurrentUser schließen einander aus."
+!insertmacro text NoFolder "There can't be such a folder." "Einen solchen Ordner kann es nicht geben."
 !insertmacro text NotWritten \
     "qvObjects could not be installed: something could not be written." \
     "qvObjects konnte nicht installiert werden: Nicht alles ließ sich schreiben."
@@ -173,7 +174,13 @@ Function .onInit
         !insertmacro end_with ${NEEDS_ADMINISTRATOR} "$(NoRights)"
     ${EndIf}
     Call use_context
-    ${If} $INSTDIR == "" ; the command line names none
+    ${If} $INSTDIR == "" ; the command line names none, or one that can't be
+        System::Call "kernel32::GetCommandLineW() w.r0"
+        ClearErrors
+        ${GetOptions} $0 "/D=" $1
+        ${IfNot} ${Errors}
+            !insertmacro end_with ${WRONG_WORDS} "$(NoFolder)"
+        ${EndIf}
         Call use_folder
     ${EndIf}
     Call choose_sections

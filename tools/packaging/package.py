@@ -45,7 +45,7 @@ def with_text(path, text):
 def copied(source, target):
     target.parent.mkdir(parents=True, exist_ok=True)
     if source.is_dir():
-        shutil.copytree(source, target, ignore=shutil.ignore_patterns("CMakeLists.txt"))
+        shutil.copytree(source, target, ignore=shutil.ignore_patterns("CMakeLists.txt", ".buildinfo"))
     else:
         shutil.copyfile(source, target)
 
