@@ -6,7 +6,8 @@
 ;
 ; What a user may write on the command line: /S for silence, /AllUsers or /CurrentUser, /No64 (not for 64-bit programs) and, as
 ; the last word and without quotation marks, /D=FOLDER. A silent one ends with 0; with 2 when something could not be written,
-; after it has taken the registration back; with 87 for both kinds of users at once or a folder that can't be; with 740 when it needs an administrator.
+; after it has taken the registration back; with 87 for both kinds of users at once or a folder that can't be; with 740 when it
+; needs an administrator.
 Unicode true
 SetCompressor /SOLID lzma
 ManifestDPIAware true

@@ -1,6 +1,6 @@
 """Makes what users take home from what has been built: a package, an installer, and the symbols of the library.
 
-usage: package.py [--without-pages] [--time SECONDS] [--version NUMBER] FOLDER
+usage: package.py [--core] [--time SECONDS] FOLDER
 
 FOLDER receives qvObjects-<version>.zip, qvObjects-<version>-setup.exe and qvObjects-<version>-symbols.zip. The time, in seconds
 since 1970, is that of all files in them; the same input gives the same bytes."""
@@ -145,12 +145,11 @@ def make_installer(target, payload, registration, version, pages, when):
 
 def main():
     words = argparse.ArgumentParser()
-    words.add_argument("--without-pages", action="store_true")
+    words.add_argument("--core", action="store_true", help="without the pages and the symbols")
     words.add_argument("--time", type=int, default=315532800) # the first that a zip file knows
-    words.add_argument("--version", default=VERSION)
     words.add_argument("folder", type=Path)
     given = words.parse_args()
-    pages, version, when, target = not given.without_pages, given.version, given.time, given.folder.resolve()
+    pages, version, when, target = not given.core, VERSION, given.time, given.folder.resolve()
     registration = Registration()
     shutil.rmtree(WORK, ignore_errors=True)
     target.mkdir(parents=True, exist_ok=True)
@@ -164,8 +163,9 @@ def main():
     finish(WORK / "installed", when)
     make_installer(target / f"{name}-setup.exe", WORK / "installed", registration, version, pages, when)
 
-    copied(BUILT / "qvObjects.debug", WORK / "symbols/qvObjects.debug")
-    write_zip(target / f"{name}-symbols.zip", WORK / "symbols", name, when)
+    if not given.core:
+        copied(BUILT / "qvObjects.debug", WORK / "symbols/qvObjects.debug")
+        write_zip(target / f"{name}-symbols.zip", WORK / "symbols", name, when)
 
 
 main()
