@@ -1,6 +1,7 @@
 ' Finds the files of a folder, and of all below it, that a pattern matches.
 ' Run it with the 32-bit script host:
 '     cscript //nologo find.vbs [FOLDER [PATTERN]]
+
 ' Its events call what begins with files_.
 Set files = WScript.CreateObject("qvObjects.qvFile", "files_")
 Set fso = CreateObject("Scripting.FileSystemObject")
