@@ -1,7 +1,9 @@
-' Makes an INI file, reads it back and tells what is in it. Run it with the 32-bit script host:
+' Makes an INI file, reads it back and tells what is in it.
+' Run it with the 32-bit script host:
 '     cscript //nologo first.vbs
 Set fso = CreateObject("Scripting.FileSystemObject")
-file = fso.BuildPath(fso.GetSpecialFolder(2).Path, "first.ini") ' 2: the user's folder for temporary files
+' 2: the user's folder for temporary files
+file = fso.BuildPath(fso.GetSpecialFolder(2).Path, "first.ini")
 
 Set ini = CreateObject("qvObjects.qvIniFile")
 ini("Main").Parameter("Path") = "C:\Data"
@@ -11,7 +13,8 @@ ini.Save file
 Set readBack = CreateObject("qvObjects.qvIniFile")
 readBack.Load file
 Set common = CreateObject("qvObjects.qvCommon")
-WScript.Echo common.Insert("|a|1|a has |2 section.", readBack.FileName, readBack.Section.Count)
+WScript.Echo common.Insert("|a|1|a has |2 section.", _
+    readBack.FileName, readBack.Section.Count)
 For Each parameter In readBack("Main").Parameter
     WScript.Echo parameter.Name & " = " & parameter.Value
 Next

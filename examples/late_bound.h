@@ -89,8 +89,8 @@ private:
     IDispatch* object_ = nullptr;
 };
 
-/// Hears the events of objects. It lives where it is declared, so nobody needs to count its references, and is disconnected when it
-/// goes.
+/// Hears the events of objects. It lives where it is declared, so nobody needs to count its references, and is disconnected when
+/// it goes.
 class Listener : public IDispatch {
 public:
     Listener() = default;

@@ -1,4 +1,5 @@
-' Keeps a named table in a NIF text file, which any editor shows. Run it with the 32-bit script host:
+' Keeps a named table in a NIF text file, which any editor shows.
+' Run it with the 32-bit script host:
 '     cscript //nologo nif_table.vbs [NIF file]
 Option Explicit
 
@@ -8,7 +9,8 @@ Set table = CreateObject("qvObjects.qvFile_Nif")
 If WScript.Arguments.Count > 0 Then
     path = WScript.Arguments(0)
 Else
-    path = fso.BuildPath(fso.GetSpecialFolder(2).Path, "table.nif") ' 2: the folder for temporary files
+    ' 2: the folder for temporary files
+    path = fso.BuildPath(fso.GetSpecialFolder(2).Path, "table.nif")
 End If
 
 ' The first run makes the table, each further one goes on with it.

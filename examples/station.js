@@ -1,7 +1,9 @@
-// Makes an INI file with sections in sections, changes it and lists it. Run it with the 32-bit script host:
+// Makes an INI file with sections in sections, changes it and lists it.
+// Run it with the 32-bit script host:
 //     cscript //nologo station.js
 var fso = new ActiveXObject("Scripting.FileSystemObject");
-var file = fso.BuildPath(fso.GetSpecialFolder(2).Path, "station.ini"); // 2: the user's folder for temporary files
+// 2: the user's folder for temporary files
+var file = fso.BuildPath(fso.GetSpecialFolder(2).Path, "station.ini");
 
 var ini = new ActiveXObject("qvObjects.qvIniFile");
 ini("Display")("Title").Value = "Pegel Nord";
@@ -14,7 +16,8 @@ ini.Save(file);
 var station = new ActiveXObject("qvObjects.qvIniFile");
 station.Load(file);
 station("Display")("FontSize").Value = 12;
-WScript.Echo("Language: " + station("Display")("Language").Value("German")); // what is empty has a default
+// What is empty has a default.
+WScript.Echo("Language: " + station("Display")("Language").Value("German"));
 station.Save();
 
 function list(sections, indent) {

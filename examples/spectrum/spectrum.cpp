@@ -39,23 +39,30 @@ Value table_of(const std::vector<double>& values)
 {
     SAFEARRAYBOUND bounds[]{{static_cast<ULONG>(values.size()), 1}, {1, 1}};
     SAFEARRAY* const table = SafeArrayCreate(VT_R8, 2, bounds);
-    for (long place[]{1, 1}; place[0] <= static_cast<long>(values.size()); ++place[0])
-        SafeArrayPutElement(table, place, const_cast<double*>(&values[static_cast<std::size_t>(place[0] - 1)]));
+    long place[]{1, 1};
+    for (double value : values) {
+        SafeArrayPutElement(table, place, &value);
+        ++place[0];
+    }
     return {table, VT_R8};
 }
 
 std::vector<double> values_of(const Value& table)
 {
     std::vector<double> values(channels);
-    for (long place[]{1, 1}; place[0] <= channels; ++place[0])
-        SafeArrayGetElement(table.parray, place, &values[static_cast<std::size_t>(place[0] - 1)]);
+    long place[]{1, 1};
+    for (double& value : values) {
+        SafeArrayGetElement(table.parray, place, &value);
+        ++place[0];
+    }
     return values;
 }
 
 /// 2: over as many rows to both sides as the last argument says.
 std::vector<double> smoothed(const std::vector<double>& values)
 {
-    return values_of(Object{L"qvObjects.qvMath"}.call(L"AvgDyn", {table_of(values), 2L, half_width}));
+    const Object math{L"qvObjects.qvMath"};
+    return values_of(math.call(L"AvgDyn", {table_of(values), 2L, half_width}));
 }
 
 void draw_curve(HDC context, const RECT& panel, const std::vector<double>& values, COLORREF colour, int width)

@@ -86,9 +86,12 @@ void show_tooltips(const Object& plain, const Object& balloons, HWND window, DWO
     const auto handle = static_cast<long>(reinterpret_cast<LONG_PTR>(window));
     const auto& [first, second, third] = areas;
     constexpr long flags = track | absolute;
-    plain.call(L"AddTTRect", {handle, first.left, first.top, first.right, first.bottom, L"A fixed text", flags, fixed_tool});
-    plain.call(L"AddTTRectCB", {handle, second.left, second.top, second.right, second.bottom, flags, asking_tool});
-    balloons.call(L"AddTTRectCB", {handle, third.left, third.top, third.right, third.bottom, flags, balloon_tool});
+    plain.call(L"AddTTRect", {handle, first.left, first.top, first.right,
+                              first.bottom, L"A fixed text", flags, fixed_tool});
+    plain.call(L"AddTTRectCB", {handle, second.left, second.top, second.right,
+                                second.bottom, flags, asking_tool});
+    balloons.call(L"AddTTRectCB", {handle, third.left, third.top, third.right,
+                                   third.bottom, flags, balloon_tool});
     balloons.call(L"SetTitle", {L"A title", information});
     show(plain, window, fixed_tool, milliseconds);
     show(plain, window, asking_tool, milliseconds);

@@ -23,10 +23,10 @@ public:
         constexpr DISPID item_found = 1;
         if (event != item_found || arguments->cArgs != 3)
             return DISP_E_MEMBERNOTFOUND;
-        const VARIANTARG &path = arguments->rgvarg[2], &name = arguments->rgvarg[1], &cancel = arguments->rgvarg[0];
-        std::wprintf(L"%ls%ls\n", path.bstrVal, name.bstrVal);
+        const VARIANTARG* const reversed = arguments->rgvarg;
+        std::wprintf(L"%ls%ls\n", reversed[2].bstrVal, reversed[1].bstrVal);
         if (++found_ == most_)
-            *cancel.pboolVal = VARIANT_TRUE; // ends the walk
+            *reversed[0].pboolVal = VARIANT_TRUE; // ends the walk
         return S_OK;
     }
 

@@ -16,14 +16,16 @@
 /// Hears of the letters that are typed.
 class Typing final : public Listener {
 public:
-    /// The one event is message(hwnd, wMsg, wParam, lParam, Cancel). Arguments come in reverse order.
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
+    /// The one event is message(hwnd, wMsg, wParam, lParam, Cancel).
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD,
+                                     DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                                      UINT*) override
     {
         constexpr DISPID message = 1;
         if (event != message || arguments->cArgs != 5)
             return DISP_E_MEMBERNOTFOUND;
-        const VARIANTARG &wParam = arguments->rgvarg[2], &cancel = arguments->rgvarg[0];
+        const VARIANTARG &wParam = arguments->rgvarg[2],
+                         &cancel = arguments->rgvarg[0];
         long& letter = *wParam.plVal;
         std::wprintf(L"  '%lc' was typed\n", static_cast<wint_t>(letter));
         if (letter >= L'a' && letter <= L'z')
@@ -107,7 +109,8 @@ void run(bool show)
     const HWND first = create_window("Type here", 50), second = create_window("Resize me", 500);
     typing.call(L"AddMsg", {static_cast<long>(WM_CHAR)});
     watch(typing, first);
-    sizing.call(L"SetMinMaxInfo", {300L, 200L, 500L, 400L}); // this one reports no messages now
+    // This one reports no messages now.
+    sizing.call(L"SetMinMaxInfo", {300L, 200L, 500L, 400L});
     watch(sizing, second);
 
     type_into(first);

@@ -151,9 +151,9 @@ def printed_by(path):
 
 
 def is_in_program(sample):
-    """Whether what a document shows of a program stands there, each part up to an empty line."""
-    program = sample.program.read_text(encoding="utf-8")
-    return all(part.strip("\n") in program for part in sample.code.split("\n\n"))
+    """Whether what a document shows of a program stands there, each part up to an empty line, however deep."""
+    program, shown = (re.sub("^ +", "", text, flags=re.MULTILINE) for text in (sample.program.read_text(encoding="utf-8"), sample.code))
+    return all(part.strip("\n") in program for part in shown.split("\n\n"))
 
 
 def check_samples(report, found):
