@@ -38,6 +38,9 @@ def setup(app):
 
 
 def with_hidden_contents(app, environment):
-    for contents in environment.tocs.values():
+    for page, contents in environment.tocs.items():
         for node in contents.findall(addnodes.toctree):
             node["hidden"] = False
+        is_member = page.count("/") == 2 and not page.endswith("/index")
+        if is_member:
+            del contents[0][1:]  # its headings, which are the same on every page

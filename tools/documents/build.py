@@ -43,6 +43,8 @@ def build(reference):
     write_sources(reference, SOURCE)
     run("sphinx-build", "-j", "auto", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
     run("sphinx-build", "-j", "auto", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
+    index = TARGET / "help/qvObjects.hhk"
+    index.write_bytes(index.read_bytes().replace(b'name="Keyword"', b'name="Name"'))  # which every viewer knows
     run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
     shutil.move(TARGET / "help/qvObjects.chm", TARGET / "qvObjects.chm")
     print(f"docs: {(TARGET / 'html/index.html').relative_to(ROOT)} and {(TARGET / 'qvObjects.chm').relative_to(ROOT)}")
