@@ -6,35 +6,16 @@
 // 300 by 200 or larger than 500 by 400. The program types and resizes by itself and ends; with --show the windows stay until
 // they are closed.
 // Build it as a 32-bit program, with one of
-//     cl /EHsc /DUNICODE window.cpp ole32.lib oleaut32.lib uuid.lib user32.lib
-//     i686-w64-mingw32-g++ -municode -static window.cpp -o window.exe -lole32 -loleaut32 -luuid
-#include <windows.h>
-
-#include <ocidl.h>
-#include <oleauto.h>
+//     cl /std:c++17 /EHsc /DUNICODE window.cpp ole32.lib oleaut32.lib uuid.lib user32.lib
+//     i686-w64-mingw32-g++ -std=c++17 -municode -static window.cpp -o window.exe -lole32 -loleaut32 -luuid
+#include "../late_bound.h"
 
 #include <cstdio>
-#include <cwchar>
 #include <string>
-#include <vector>
 
-/// Hears of the letters that are typed. It lives where it is declared, so nobody needs to count its references.
-class Listener final : public IDispatch {
+/// Hears of the letters that are typed.
+class Typing final : public Listener {
 public:
-    explicit Listener(REFIID events) : events_{events} {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
-    {
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == events_;
-        *object = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-
     /// The one event is message(hwnd, wMsg, wParam, lParam, Cancel). Arguments come in reverse order.
     HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                                      UINT*) override
@@ -51,73 +32,13 @@ public:
             *cancel.pboolVal = VARIANT_TRUE; // the window gets nothing
         return S_OK;
     }
-
-private:
-    const IID events_;
 };
 
-/// Which interface the object calls to tell of its events.
-IID events_of(IUnknown* object)
-{
-    IID events = GUID_NULL;
-    IProvideClassInfo2* information = nullptr;
-    if (SUCCEEDED(object->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&information)))) {
-        information->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events);
-        information->Release();
-    }
-    return events;
-}
-
-/// Where a listener is made known to the object; null if there is no such place.
-IConnectionPoint* connection_point(IUnknown* object, REFIID events)
-{
-    IConnectionPoint* point = nullptr;
-    IConnectionPointContainer* container = nullptr;
-    if (SUCCEEDED(object->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)))) {
-        container->FindConnectionPoint(events, &point);
-        container->Release();
-    }
-    return point;
-}
-
-/// object.member arguments, or object.member = value, with numbers only
-HRESULT invoke(IDispatch* object, const wchar_t* member, WORD flags, const std::vector<long>& numbers)
-{
-    DISPID id, put = DISPID_PROPERTYPUT;
-    std::wstring text = member;
-    LPOLESTR name = &text[0];
-    const HRESULT result = object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id);
-    if (FAILED(result))
-        return result;
-    std::vector<VARIANTARG> reversed;
-    for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
-        VARIANTARG argument;
-        argument.vt = VT_I4;
-        argument.lVal = *number;
-        reversed.push_back(argument);
-    }
-    const bool sets = flags == DISPATCH_PROPERTYPUT;
-    DISPPARAMS arguments{reversed.data(), sets ? &put : nullptr, static_cast<UINT>(reversed.size()), sets ? 1u : 0u};
-    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &arguments, nullptr, nullptr, nullptr);
-}
-
 /// Has an object watch a window.
-void watch(IDispatch* object, HWND window)
+void watch(const Object& object, HWND window)
 {
-    invoke(object, L"hwnd", DISPATCH_PROPERTYPUT, {static_cast<long>(reinterpret_cast<LONG_PTR>(window))});
-    invoke(object, L"Enabled", DISPATCH_PROPERTYPUT, {-1});
-}
-
-IDispatch* create_watcher()
-{
-    CLSID id;
-    IDispatch* object = nullptr;
-    HRESULT result = CLSIDFromProgID(L"qvObjects.qvWindowProc", &id);
-    if (SUCCEEDED(result))
-        result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&object));
-    if (FAILED(result))
-        std::wprintf(L"qvObjects.qvWindowProc can't be created: error %08lX\n", static_cast<unsigned long>(result));
-    return object;
+    object.set(L"hwnd", static_cast<long>(reinterpret_cast<LONG_PTR>(window)));
+    object.set(L"Enabled", true);
 }
 
 std::wstring arrived;
@@ -178,17 +99,15 @@ void handle_messages_until_closed()
     }
 }
 
-int run(IDispatch* typing, IDispatch* sizing, bool show)
+void run(bool show)
 {
-    Listener listener{events_of(typing)};
-    DWORD cookie = 0;
-    IConnectionPoint* const point = connection_point(typing, events_of(typing));
-    if (!point || FAILED(point->Advise(&listener, &cookie)))
-        return 1;
+    const Object typing{L"qvObjects.qvWindowProc"}, sizing{L"qvObjects.qvWindowProc"};
+    Typing listener;
+    listener.listen_to(typing);
     const HWND first = create_window("Type here", 50), second = create_window("Resize me", 500);
-    invoke(typing, L"AddMsg", DISPATCH_METHOD, {WM_CHAR});
+    typing.call(L"AddMsg", {static_cast<long>(WM_CHAR)});
     watch(typing, first);
-    invoke(sizing, L"SetMinMaxInfo", DISPATCH_METHOD, {300, 200, 500, 400}); // this one reports no messages now
+    sizing.call(L"SetMinMaxInfo", {300L, 200L, 500L, 400L}); // this one reports no messages now
     watch(sizing, second);
 
     type_into(first);
@@ -197,24 +116,22 @@ int run(IDispatch* typing, IDispatch* sizing, bool show)
         handle_messages_until_closed();
 
     // Watching ends here, not when the objects are released: before the windows and the listener go.
-    for (IDispatch* const object : {typing, sizing})
-        invoke(object, L"Enabled", DISPATCH_PROPERTYPUT, {0});
+    typing.set(L"Enabled", false);
+    sizing.set(L"Enabled", false);
     DestroyWindow(first);
     DestroyWindow(second);
-    point->Unadvise(cookie);
-    point->Release();
-    return arrived.compare(0, 5, L"HALL ") == 0 ? 0 : 1;
 }
 
 int wmain(int count, wchar_t** arguments)
 {
     CoInitialize(nullptr);
-    IDispatch* const typing = create_watcher();
-    IDispatch* const sizing = create_watcher();
-    const int code = typing && sizing ? run(typing, sizing, count > 1 && !std::wcscmp(arguments[1], L"--show")) : 1;
-    for (IDispatch* const object : {typing, sizing})
-        if (object)
-            object->Release();
+    int code = 0;
+    try {
+        run(count > 1 && !std::wcscmp(arguments[1], L"--show"));
+    } catch (const std::exception& error) {
+        std::wprintf(L"%hs\n", error.what());
+        code = 1;
+    }
     CoUninitialize();
     return code;
 }

@@ -202,12 +202,14 @@ class Reference:
         return ["## Example", "", re.sub(r"^```(\w+)[^\n]*\n", fence, text, flags=re.MULTILINE), ""]
 
     def linked(self, text, owner, up):
-        """The text with the members that it names in code quotes made links, but for those in fences."""
+        """The text with the members that it names in code quotes made links, but for those in fences; pictures are found from a page
+        that lies a folder deeper."""
         def link(match):
             place = self.place_of(match[1], owner)
             return f"[`{match[1]}`]({up}{place}.md)" if place else match[0]
         pieces = re.split(r"(^```.*?^```$)", text, flags=re.MULTILINE | re.DOTALL)
-        return "".join(p if p.startswith("```") else re.sub(r"(?<!\[)`([\w.ü]+)`(?!\])", link, p) for p in pieces)
+        linked = "".join(p if p.startswith("```") else re.sub(r"(?<!\[)`([\w.ü]+)`(?!\])", link, p) for p in pieces)
+        return linked.replace("](../_static/", f"]({up}../_static/")
 
     def enumeration_page(self):
         lines = ["# Enumerations", "", self.enumerations.introduction, ""]

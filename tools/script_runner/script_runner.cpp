@@ -2,9 +2,11 @@
 // Wine's does not:
 //     script_runner SCRIPT [ARGUMENT...]      runs one; ends with 1 when it ended with an error
 //     script_runner /each LIST                runs those whose full paths stand in a file, a line each, in their folders; what one
-//                                             prints goes to PATH.out
-// A script has the object WScript with Echo, CreateObject (with a prefix for events), Arguments, ScriptName, ScriptFullName,
-// Sleep, Quit, StdOut. What is printed is UTF-8. A script's file is UTF-16 with its mark, or text in the system's code page.
+//                                             prints goes to PATH.out, its temporary files to the folder PATH.temp
+// Options of the script host, which begin with two slashes, are passed over.
+// A script has the object WScript with Echo, CreateObject (with a prefix for events), Arguments, FullName, ScriptName,
+// ScriptFullName, Sleep, Quit, StdOut. What is printed is UTF-8. A script's file is UTF-16 with its mark, or text in the system's
+// code page.
 #include "event_sink.h"
 #include "host_object.h"
 
@@ -43,6 +45,12 @@ std::wstring read_text(const std::wstring& path)
     text.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(),
                                                              static_cast<int>(text.size()))));
     return text;
+}
+
+std::wstring own_path()
+{
+    wchar_t path[MAX_PATH];
+    return {path, GetModuleFileNameW(nullptr, path, MAX_PATH)};
 }
 
 std::wstring name_of(const std::wstring& path) { return path.substr(path.find_last_of(L"\\/") + 1); }
@@ -295,6 +303,7 @@ private:
         {L"Echo", [this](const auto& arguments, VARIANT*) { return echo(arguments); }},
         {L"CreateObject", [this](const auto& arguments, VARIANT* result) { return create(arguments, result); }},
         {L"Arguments", [this](const auto& arguments, VARIANT* result) { return argument(arguments, result); }},
+        {L"FullName", [](const auto&, VARIANT* result) { return give(result, own_path()); }},
         {L"ScriptFullName", [this](const auto&, VARIANT* result) { return give(result, path_); }},
         {L"ScriptName", [this](const auto&, VARIANT* result) { return give(result, name_of(path_)); }},
         {L"StdOut", [this](const auto&, VARIANT* result) { return give(result, standard_output_); }},
@@ -317,6 +326,10 @@ int run_each(const std::wstring& list)
         if (!output)
             return 2;
         SetCurrentDirectoryW(path.substr(0, path.find_last_of(L'\\')).c_str());
+        const std::wstring temporary = path + L".temp";
+        CreateDirectoryW(temporary.c_str(), nullptr);
+        for (const wchar_t* name : {L"TEMP", L"TMP"})
+            SetEnvironmentVariableW(name, temporary.c_str());
         Script{path, {}, output}.run();
         std::fclose(output);
     }
@@ -334,6 +347,8 @@ std::wstring full_path(const wchar_t* path)
 
 int wmain(int count, wchar_t** words)
 {
+    for (; count > 1 && std::wstring_view{words[1]}.starts_with(L"//"); --count)
+        ++words;
     if (count < 2 || (count < 3 && std::wstring_view{words[1]} == L"/each")) {
         std::fputs("usage: script_runner SCRIPT [ARGUMENT...]\n       script_runner /each LIST\n", stderr);
         return 2;
