@@ -1,4 +1,6 @@
 # How Sphinx makes the pages; tools/docs calls it.
+from sphinx import addnodes
+
 project = "qvObjects"
 author = "the developers of qvObjects"
 copyright = author
@@ -24,10 +26,21 @@ def near_pages_only(app, page, template, context, doctree):
 
 
 def setup(app):
-    # The help viewer's browser is an old one.
-    def plain_theme(app, config):
+    app.connect("html-page-context", near_pages_only, priority=400)
+
+    # The help viewer's browser is an old one; its contents are to lead to every page.
+    def for_the_viewer(app, config):
         if app.tags.has("htmlhelp"):
             config.html_theme = "classic"
             config.templates_path = ["_help"]
-    app.connect("config-inited", plain_theme)
-    app.connect("html-page-context", near_pages_only, priority=400)
+            app.connect("env-updated", with_hidden_contents)
+    app.connect("config-inited", for_the_viewer)
+
+
+def with_hidden_contents(app, environment):
+    for page, contents in environment.tocs.items():
+        for node in contents.findall(addnodes.toctree):
+            node["hidden"] = False
+        is_member = page.count("/") == 2 and not page.endswith("/index")
+        if is_member:
+            del contents[0][1:]  # its headings, which are the same on every page

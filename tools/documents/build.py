@@ -67,6 +67,8 @@ def build(reference):
     sphinx = ("sphinx-build", "-j", "auto", "-q", "-D", f"html_title=qvObjects {VERSION}")
     run(*sphinx, "-W", "--keep-going", "-b", "html", "-d", TARGET / "read", SOURCE, TARGET / "html")
     run(*sphinx, "-t", "htmlhelp", "-b", "htmlhelp", "-d", TARGET / "read_for_help", SOURCE, TARGET / "help")
+    index = TARGET / "help/qvObjects.hhk"
+    index.write_bytes(index.read_bytes().replace(b'name="Keyword"', b'name="Name"'))  # which every viewer knows
     run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
     (TARGET / "qvObjects.chm").write_bytes(without_time((TARGET / "help/qvObjects.chm").read_bytes()))
     print(f"docs: {(TARGET / 'html/index.html').relative_to(ROOT)} and {(TARGET / 'qvObjects.chm').relative_to(ROOT)}")

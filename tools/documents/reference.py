@@ -47,7 +47,7 @@ class Reference:
             for member in members.values():
                 yield from self.faults_of(page, member)
             yield from (f"{name}.{entry} is no member" for entry in page.entries if entry not in members)
-        yield from (f"{name} is not in the index" for name in self.contents.classes if name not in self.classes_in_index())
+        yield from (f"{name} is not in the index" for name in self.contents.classes if name not in self.classes_in(self.index))
         yield from self.faults_of_enumerations()
 
     def faults_of(self, page, member):
@@ -108,13 +108,20 @@ class Reference:
         (target / "index.md").write_text(self.index_page(), encoding="utf-8")
 
     def index_page(self):
-        text = links.to_pages(self.index, links.FOLDER / links.INDEX, self)
-        pages = [f"{name}/index" for name in self.classes_in_index()]
-        return "\n".join([text, "```{toctree}", ":hidden:", ""] + pages + ["enumerations", "```", ""])
+        """Each section with its classes as its contents, as the help file shows them."""
+        introduction, *sections = re.split(r"^(?=## )", self.index, flags=re.MULTILINE)
+        text = introduction + self.contents_of(["enumerations"])
+        for section in sections:
+            text += section + self.contents_of([f"{name}/index" for name in self.classes_in(section)])
+        return links.to_pages(text, links.FOLDER / links.INDEX, self)
 
-    def classes_in_index(self):
-        """In the order in which the index has them."""
-        return re.findall(r"^\| \[(\w+)\]", self.index, re.MULTILINE)
+    @staticmethod
+    def contents_of(pages):
+        return "\n".join(["", "```{toctree}", ":hidden:", "", *pages, "```", "", ""])
+
+    @staticmethod
+    def classes_in(text):
+        return re.findall(r"^\| \[(\w+)\]", text, re.MULTILINE)
 
     def class_page(self, found):
         how = {"global": "Global class; scripts create it with", "creatable": "Created with",
@@ -127,8 +134,8 @@ class Reference:
             if members:
                 lines += ["", f"## {title}", "", "| Name | What it does |", "|---|---|"]
                 lines += [f"| [{m.name}]({self.file_of(m.name)}.md) | {self.cell(m.help)} |" for m in members.values()]
-        names = [f"{name} <{self.file_of(name)}>" for name in (*found.members, *found.events)]
-        return "\n".join(lines + (["", "```{toctree}", ":hidden:", ""] + names + ["```"] if names else []) + [""])
+                lines += [self.contents_of([f"{name} <{self.file_of(name)}>" for name in members])]
+        return "\n".join(lines)
 
     @staticmethod
     def index_entries(*names):
