@@ -100,7 +100,7 @@ def removing_reg_file(entries):
 
 
 def placed_entries(entries):
-    """Lines of a command file that write for the user what names the place of the library."""
+    """Lines of a command file that write for the user what names the place of the library: a key, and what follows the folder."""
     for entry in entries:
         if depends_on_place(entry):
-            yield f'call :write "{entry.key}" "{placed(entry.data, "%folder%")}"'
+            yield f'call :write "{entry.key}" "{placed(entry.data, "")}"'
