@@ -16,6 +16,6 @@ if /i not "%~1"=="/q" pause
 exit /b %result%
 
 :write
-"%registry%" add "HKCU\Software\Classes\%~1" /ve /d "%~2" /f >nul 2>&1
+"%registry%" add "HKCU\Software\Classes\%~1" /ve /d "%folder%%~2" /f >nul 2>&1
 if errorlevel 1 set result=1
 exit /b 0
