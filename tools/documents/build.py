@@ -6,7 +6,7 @@ import subprocess
 
 import constants
 import samples
-from members import ROOT, Contents
+from members import ROOT, VERSION, Contents
 from reference import REFERENCE, Reference
 
 TARGET = ROOT / "build/docs"
@@ -33,16 +33,28 @@ def run(*words, folder=ROOT):
         raise SystemExit(f"docs: {words[0]} failed\n{done.stdout}")
 
 
+def without_time(help_file):
+    """A compiled help file without the two times that the compiler writes into it: in its header, and behind its own name in the
+    table of its properties."""
+    data = bytearray(help_file)
+    compiled = re.search(rb"CHMCmd [\d.]+\x03\0\0\0\x0a\0\x04\0(.{4})", data, re.DOTALL)
+    if data[:4] != b"ITSF" or not compiled:
+        raise SystemExit("docs: the help file says nowhere when it was compiled")
+    data[16:20] = data[compiled.start(1):compiled.end(1)] = bytes(4)
+    return bytes(data)
+
+
 def build(reference):
     if subprocess.run([ROOT / "tools/setup", "documents"]).returncode:
         raise SystemExit(1)
-    shutil.rmtree(TARGET / "html", ignore_errors=True)
-    shutil.rmtree(TARGET / "help", ignore_errors=True)
+    for folder in ("html", "help", "read", "read_for_help"):
+        shutil.rmtree(TARGET / folder, ignore_errors=True)
     write_sources(reference)
-    run("sphinx-build", "-q", "-W", "--keep-going", "-b", "html", SOURCE, TARGET / "html")
-    run("sphinx-build", "-q", "-t", "htmlhelp", "-b", "htmlhelp", SOURCE, TARGET / "help")
+    sphinx = ("sphinx-build", "-q", "-D", f"html_title=qvObjects {VERSION}")
+    run(*sphinx, "-W", "--keep-going", "-b", "html", "-d", TARGET / "read", SOURCE, TARGET / "html")
+    run(*sphinx, "-t", "htmlhelp", "-b", "htmlhelp", "-d", TARGET / "read_for_help", SOURCE, TARGET / "help")
     run("chmcmd", "qvObjects.hhp", folder=TARGET / "help")
-    shutil.move(TARGET / "help/qvObjects.chm", TARGET / "qvObjects.chm")
+    (TARGET / "qvObjects.chm").write_bytes(without_time((TARGET / "help/qvObjects.chm").read_bytes()))
     print(f"docs: {(TARGET / 'html/index.html').relative_to(ROOT)} and {(TARGET / 'qvObjects.chm').relative_to(ROOT)}")
 
 

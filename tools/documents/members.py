@@ -1,4 +1,5 @@
 """What the contract says of the classes, for those who read about them: names, signatures, help texts."""
+import re
 import sys
 from dataclasses import dataclass, field
 from importlib.machinery import SourceFileLoader
@@ -7,6 +8,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 CONTRACT = ROOT / "build/release/interface/qvObjects_contract.idl"
+VERSION = re.search(r"^project\(qvObjects VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text(encoding="ascii"), re.MULTILINE)[1]
 
 LONGEST_LINE = 84  # that a page shows whole
 

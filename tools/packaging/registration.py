@@ -21,10 +21,10 @@ ON_DISK = 8  # LIBFLAG_FHASDISKIMAGE
 
 @dataclass(frozen=True)
 class Entry:
-    """A value of a key."""
+    """A value of a key: a text, or a number of 32 bits."""
     key: str  # below Software\\Classes
     name: str  # "" for the key's own value
-    data: str | int  # a text or, where it is a number, a REG_DWORD
+    data: str | int
     view: str = "32"  # of 64-bit Windows: "32" or "64" where each view has a key of its own, "shared" where both have one
 
 

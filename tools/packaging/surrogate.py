@@ -1,20 +1,21 @@
 #!/usr/bin/env python3
 """Lets 64-bit programs use the 32-bit library: the platform's surrogate process loads it and passes their calls on.
 
-usage: surrogate.py on|off machine|user FILE
+usage: surrogate.py on|off everybody|me FILE
 
-Writes a registry file that switches this on or off for a library that is registered, for all users or for the current one. It
-is for the registry editors of 64 bits; those of 32 bits see another registry."""
+Writes a file that switches this on or off where the library is registered, for everybody or for the user. It is for the
+reg.exe of 64 bits: that of 32 bits sees another registry."""
 import sys
 from pathlib import Path
 
 from registration import Entry, Registration, identity
+from writers import HEADER, keys_of, reg_text
 
-APPLICATION = "{31B35E55-109C-4A04-B19A-D9067DB4878C}"  # names the surrogate process; never to be changed, nor used for another library
+APPLICATION = "{31B35E55-109C-4A04-B19A-D9067DB4878C}"  # the surrogate process; never to be changed, nor used for another library
 
 SERVER_OF_32_BITS = 2
 
-ROOTS = {"machine": "HKEY_LOCAL_MACHINE", "user": "HKEY_CURRENT_USER"}
+ROOTS = {"everybody": "HKEY_LOCAL_MACHINE", "me": "HKEY_CURRENT_USER"}
 
 
 def entries(registration):
@@ -22,7 +23,7 @@ def entries(registration):
     application = f"AppID\\{APPLICATION}"
     yield Entry(application, "", registration.contract.library, "shared")
     yield Entry(application, "DllSurrogate", "", "shared")  # empty: the platform's own
-    # The classes have a key in the view of 64 bits, where there is no library to load.
+    # The classes have a key in the view of 64 bits, too, but no library there.
     yield Entry(application, "PreferredServerBitness", SERVER_OF_32_BITS, "shared")
     for entry in registration.creatable_classes():
         key = f"CLSID\\{identity(entry.attributes['uuid'])}"
@@ -37,43 +38,37 @@ def entries(registration):
             yield Entry(entry.key, entry.name, entry.data, "64")
 
 
-def is_ours_alone(entry):
-    """Whether nothing else writes to the entry's key, so that switching off removes all of it."""
+def is_all_of_its_key(entry):
+    """Whether nothing but the entries writes to the key, so that switching off removes it as a whole."""
     return entry.view == "64" or entry.key.startswith("AppID\\")
 
 
-def whole_keys(found):
-    """View and name of the outermost keys that go as a whole."""
-    return dict.fromkeys((entry.view, "\\".join(entry.key.split("\\")[:2])) for entry in found if is_ours_alone(entry))
+def key_line(root, view, key, remove=""):
+    return f"[{remove}{ROOTS[root]}\\Software\\Classes\\{'Wow6432Node' + chr(92) if view == '32' else ''}{key}]"
 
 
-def path(view, key):
-    return ("Wow6432Node\\" if view == "32" else "") + key
-
-
-def switched_on(found, classes):
+def switched_on(found, root):
     for entry in found:
-        name = f'"{entry.name}"' if entry.name else "@"
-        data = f"dword:{entry.data:08x}" if isinstance(entry.data, int) else f'"{entry.data}"'
-        yield f"[{classes}\\{path(entry.view, entry.key)}]"
-        yield f"{name}={data}"
+        data = f"dword:{entry.data:08x}" if isinstance(entry.data, int) else reg_text(entry.data)
+        yield key_line(root, entry.view, entry.key)
+        yield f"{reg_text(entry.name) if entry.name else '@'}={data}"
 
 
-def switched_off(found, classes):
-    for view, key in whole_keys(found):
-        yield f"[-{classes}\\{path(view, key)}]"
+def switched_off(found, root):
+    for key, view in keys_of([entry for entry in found if is_all_of_its_key(entry)]):
+        if key.count("\\") == 1:
+            yield key_line(root, view, key, "-")
     for entry in found:
-        if not is_ours_alone(entry):
-            yield f"[{classes}\\{path(entry.view, entry.key)}]"
-            yield f'"{entry.name}"=-'
+        if not is_all_of_its_key(entry):
+            yield key_line(root, entry.view, entry.key)
+            yield f"{reg_text(entry.name)}=-"
 
 
-def main():
-    switch, root, file = sys.argv[1:]
-    lines = {"on": switched_on, "off": switched_off}[switch](list(entries(Registration())), ROOTS[root] + r"\Software\Classes")
-    text = "Windows Registry Editor Version 5.00\n\n" + "\n".join(lines) + "\n"
-    Path(file).write_text(text, encoding="utf-16", newline="\r\n")
+def reg_file(registration, switch, root):
+    lines = {"on": switched_on, "off": switched_off}[switch](list(entries(registration)), root)
+    return "\n".join([HEADER, "", *lines]) + "\n"
 
 
 if __name__ == "__main__":
-    main()
+    switch, root, file = sys.argv[1:]
+    Path(file).write_text(reg_file(Registration(), switch, root), encoding="ascii", newline="\r\n")
