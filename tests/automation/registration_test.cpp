@@ -26,7 +26,6 @@ const std::wstring guid_rest = L"-6B1B-4F0B-8C76-0F6B7A3C9D10}";
 const std::wstring library = L"TypeLib\\{7B1E0A52" + guid_rest;
 const std::wstring interface_key = L"Interface\\{7B1E0A53" + guid_rest;
 const std::wstring class_key = L"CLSID\\{7B1E0A55" + guid_rest;
-const std::wstring hidden_key = L"CLSID\\{7B1E0A56" + guid_rest;
 const std::wstring alias_key = L"Interface\\{7B1E0A57" + guid_rest;
 const std::wstring events_key = L"Interface\\{7B1E0A54" + guid_rest;
 const std::wstring program_key = L"SpecimenLibrary.Specimen";
@@ -70,27 +69,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(Registration, WritesWhatClientsLookFor)
-{
-    ASSERT_EQ(automation::register_server(SpecimenLibrary_library), S_OK);
-    EXPECT_EQ(value_of(class_key), L"SpecimenLibrary.Specimen");
-    EXPECT_EQ(value_of(class_key + L"\\InprocServer32"), automation::module::path());
-    EXPECT_EQ(value_of(class_key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
-    EXPECT_EQ(value_of(class_key + L"\\ProgID"), program_key);
-    EXPECT_EQ(value_of(class_key + L"\\TypeLib"), L"{7B1E0A52" + guid_rest);
-    EXPECT_EQ(value_of(class_key + L"\\VERSION"), L"2.31");
-    EXPECT_TRUE(exists(class_key + L"\\Programmable"));
-    EXPECT_TRUE(exists(class_key + L"\\Implemented Categories\\{40FC6ED5-2438-11CF-A3DB-080036F12502}"));
-    EXPECT_EQ(value_of(program_key + L"\\Clsid"), L"{7B1E0A55" + guid_rest);
-    EXPECT_FALSE(exists(hidden_key)) << "a class that no client creates";
-    EXPECT_EQ(value_of(library + L"\\2.1f\\409\\win32"), automation::module::path());
-    EXPECT_EQ(value_of(library + L"\\2.1f\\0\\win32"), automation::module::path()) << "for a client of any language";
-    EXPECT_EQ(value_of(interface_key + L"\\TypeLib"), L"{7B1E0A52" + guid_rest);
-    EXPECT_EQ(value_of(interface_key + L"\\TypeLib", L"Version"), L"2.1f");
-    EXPECT_EQ(value_of(alias_key), L"_Specimen");
-    EXPECT_EQ(value_of(alias_key + L"\\Forward"), L"{7B1E0A53" + guid_rest);
-}
 
 TEST_F(Registration, GoesWithoutATrace)
 {

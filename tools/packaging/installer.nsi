@@ -64,9 +64,9 @@ Page custom choose_users leave_users
 !macroend
 !insertmacro text UsersTitle "Users" "Benutzer"
 !insertmacro text UsersQuestion "Who shall use qvObjects?" "Wer soll qvObjects benutzen?"
-!insertmacro text ForAll "All users of this computer" "Alle Benutzer dieses Computers"
+!insertmacro text ForAll "&All users of this computer" "&Alle Benutzer dieses Computers"
 !insertmacro text ForAllHint "Needs the rights of an administrator." "Dafür sind die Rechte eines Administrators nötig."
-!insertmacro text ForMe "Only I" "Nur ich"
+!insertmacro text ForMe "Only &me" "Nur &ich"
 !insertmacro text ForMeHint \
     "Needs no rights. Programs that run as administrator do not find the library." \
     "Dafür sind keine Rechte nötig. Programme, die als Administrator laufen, finden die Bibliothek nicht."
@@ -249,7 +249,6 @@ Function ${un}unregister
         !insertmacro surrogate_remove
     !endif
     !insertmacro registration_remove
-    DeleteRegKey SHCTX "${INSTALLED}"
 FunctionEnd
 !macroend
 !insertmacro define_unregister ""
@@ -257,7 +256,6 @@ FunctionEnd
 
 !macro remove_files
     !insertmacro payload_remove
-    Delete "$SMPROGRAMS\qvObjects.lnk"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
 !macroend
@@ -280,7 +278,9 @@ Section "$(Library)" library_section
     ${EndIf}
 
     StrCpy $registering yes
-    Call unregister ; what an earlier version wrote and this one does not
+    ${If} $updating == yes
+        Call unregister ; serving 64-bit programs may have been chosen before, and not now
+    ${EndIf}
     ClearErrors
     !insertmacro registration_write
     WriteRegStr SHCTX "${INSTALLED}" DisplayName "qvObjects"
@@ -330,6 +330,7 @@ FunctionEnd
 Function .onInstFailed
     ${If} $registering == yes
         Call unregister
+        DeleteRegKey SHCTX "${INSTALLED}"
     ${EndIf}
     Delete "$INSTDIR\qvObjects.dll.new"
     ${If} $updating != yes
@@ -362,12 +363,16 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
-    ; A copy that was registered at another place since then keeps its registration.
+    ; A copy that was registered or installed at another place since then stays.
     ReadRegStr $0 SHCTX "Software\Classes\${TYPE_LIBRARY_PATH}" ""
     ${If} $0 == "$INSTDIR\qvObjects.dll"
         Call un.unregister
     ${EndIf}
-    DeleteRegKey SHCTX "${INSTALLED}"
+    ReadRegStr $0 SHCTX "${INSTALLED}" InstallLocation
+    ${If} $0 == $INSTDIR
+        DeleteRegKey SHCTX "${INSTALLED}"
+        Delete "$SMPROGRAMS\qvObjects.lnk"
+    ${EndIf}
     !insertmacro take_library_away
     !insertmacro remove_files
 SectionEnd
