@@ -110,6 +110,9 @@ bool answers(_qvFile& file)
 
 void calls()
 {
+    ComPtr<_qvCommon> none;
+    check("the library is not for a process of 64 bits",
+          CoCreateInstance(__uuidof(qvCommon), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_qvCommon), &none) == REGDB_E_CLASSNOTREG);
     const auto common = create<qvCommon, _qvCommon>();
     const Text number{L" 12 "};
     Text trimmed{L""};
