@@ -118,7 +118,8 @@ void calls()
     Text trimmed{L""};
     VARIANT result;
     VariantInit(&result);
-    check("a text is trimmed", SUCCEEDED(common->qvTrim(number.string, &trimmed.string)) && trimmed.string == std::wstring_view{L"12"});
+    check("a text is trimmed",
+          SUCCEEDED(common->qvTrim(number.string, &trimmed.string)) && trimmed.string == std::wstring_view{L"12"});
     VARIANT levels;
     levels.vt = VT_ARRAY | VT_R8;
     levels.parray = SafeArrayCreateVector(VT_R8, 1, 3);
@@ -139,7 +140,8 @@ void calls()
     ComPtr<_qvIniSections> sections;
     ComPtr<_qvIniSection> section;
     Text name{L""};
-    check("an object of an object is called", SUCCEEDED(ini->get_Section(&sections)) && SUCCEEDED(sections->Add(number.string, &section))
+    check("an object of an object is called",
+          SUCCEEDED(ini->get_Section(&sections)) && SUCCEEDED(sections->Add(number.string, &section))
               && SUCCEEDED(section->get_Name(&name.string)) && name.string == std::wstring_view{L" 12 "});
     const Text missing{L"C:\\windows\\missing.ini"};
     check("an error has its number", ini->Load(missing.string) == static_cast<HRESULT>(0x800A0035));
