@@ -191,4 +191,5 @@ def main():
         write_zip(target / f"{name}-symbols.zip", WORK / "symbols", name, when)
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -19,7 +19,7 @@ def keys_of(entries):
 
 def nsis_text(text):
     escaped = text.replace("$", "$$").replace('"', '$\\"')
-    return '"' + escaped.replace(DLL, "$INSTDIR\\qvObjects.dll").replace(FOLDER, "$INSTDIR") + '"'
+    return f'"{placed(escaped, "$INSTDIR")}"'
 
 
 def in_views(steps):
@@ -47,7 +47,10 @@ def nsis_macros(name, entries):
 
     write = [(e.view, writing(e)) for e in entries]
     remove = [(e.view, f"DeleteRegValue SHCTX {key(e.key)} {nsis_text(e.name)}") for e in reversed(entries)]
-    remove += [(view, f"DeleteRegKey /ifempty SHCTX {key(path)}") for path, view in reversed(keys_of(entries))]
+    keys = keys_of(entries)
+    # A user may not have had any classes before.
+    containers = dict.fromkeys((path.split("\\")[0], view) for path, view in keys if path.split("\\")[0].lower() in CONTAINERS)
+    remove += [(view, f"DeleteRegKey /ifempty SHCTX {key(path)}") for path, view in keys[::-1] + list(containers)]
     lines = []
     for suffix, steps in (("write", write), ("remove", remove)):
         lines += [f"!macro {name}_{suffix}", *("  " + line for line in in_views(steps)), "!macroend"]
@@ -61,11 +64,20 @@ USER = "HKEY_CURRENT_USER\\Software\\Classes\\"
 
 
 def depends_on_place(entry):
-    return DLL in entry.data or FOLDER in entry.data
+    return any(stand_in in str(entry.data) for stand_in in (DLL, FOLDER))
+
+
+def placed(data, folder):
+    """The data of an entry for a library in that folder."""
+    return data if isinstance(data, int) else data.replace(DLL, folder + "\\qvObjects.dll").replace(FOLDER, folder)
 
 
 def reg_text(text):
     return '"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
+
+
+def reg_data(data):
+    return f"dword:{data:08x}" if isinstance(data, int) else reg_text(data)
 
 
 def reg_file(entries):
@@ -73,7 +85,7 @@ def reg_file(entries):
     values = {}
     for entry in entries:
         if not depends_on_place(entry):
-            values.setdefault(entry.key, []).append(f"{reg_text(entry.name) if entry.name else '@'}={reg_text(entry.data)}")
+            values.setdefault(entry.key, []).append(f"{reg_text(entry.name) if entry.name else '@'}={reg_data(entry.data)}")
     lines = [HEADER]
     for key, assignments in values.items():
         lines += ["", f"[{USER}{key}]", *assignments]
@@ -91,5 +103,4 @@ def placed_entries(entries):
     """Lines of a command file that write for the user what names the place of the library."""
     for entry in entries:
         if depends_on_place(entry):
-            data = entry.data.replace(DLL, "%folder%\\qvObjects.dll").replace(FOLDER, "%folder%")
-            yield f'call :write "{entry.key}" "{data}"'
+            yield f'call :write "{entry.key}" "{placed(entry.data, "%folder%")}"'
