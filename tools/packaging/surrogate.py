@@ -9,7 +9,7 @@ import sys
 from pathlib import Path
 
 from registration import Entry, Registration, identity
-from writers import HEADER, keys_of, reg_text
+from writers import HEADER, keys_of, reg_data, reg_text
 
 APPLICATION = "{31B35E55-109C-4A04-B19A-D9067DB4878C}"  # the surrogate process; never to be changed, nor used for another library
 
@@ -49,9 +49,8 @@ def key_line(root, view, key, remove=""):
 
 def switched_on(found, root):
     for entry in found:
-        data = f"dword:{entry.data:08x}" if isinstance(entry.data, int) else reg_text(entry.data)
         yield key_line(root, entry.view, entry.key)
-        yield f"{reg_text(entry.name) if entry.name else '@'}={data}"
+        yield f"{reg_text(entry.name) if entry.name else '@'}={reg_data(entry.data)}"
 
 
 def switched_off(found, root):
