@@ -5,7 +5,6 @@ usage: package.py [--core] [--time SECONDS] FOLDER
 FOLDER receives qvObjects-<version>.zip, qvObjects-<version>-setup.exe and qvObjects-<version>-symbols.zip. The time, in seconds
 since 1970, is that of all files in them; the same input gives the same bytes."""
 import argparse
-import importlib.util
 import os
 import shutil
 import subprocess
@@ -17,8 +16,9 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 
 import manifest
+import surrogate
 import writers
-from registration import DLL, FOLDER, ROOT, Registration
+from registration import DLL, FOLDER, ROOT, Registration, identity
 from members import VERSION
 
 BUILT = ROOT / "build/release"
@@ -34,6 +34,13 @@ Installing, using and removing it: {help}
 What has changed: CHANGELOG.md
 For everybody, in a console of an administrator: register_for_everybody.cmd
 For one user, without rights: register_for_me.cmd
+Then, to use it by 64-bit programs as well: 64_bit_on.cmd
+"""
+
+SWITCH_OFF = r"""rem What 64_bit_on wrote is seen by the reg.exe of 64 bits.
+set "registry64=%SystemRoot%\System32\reg.exe"
+if exist "%SystemRoot%\Sysnative\reg.exe" set "registry64=%SystemRoot%\Sysnative\reg.exe"
+if exist "%SystemRoot%\SysWOW64\reg.exe" "%registry64%" import "%~dp0registration\64_bit_off_for_@USERS@.reg" >nul 2>&1
 """
 
 
@@ -60,11 +67,7 @@ def finish(folder, when):
 
 def parts_of(registration):
     """What may be written into the registry: lists of entries by name. Serving 64-bit programs is an option."""
-    parts = {"registration": registration.entries()}
-    if importlib.util.find_spec("surrogate"):
-        import surrogate
-        parts["surrogate"] = list(surrogate.entries(registration))
-    return parts
+    return {"registration": registration.entries(), "surrogate": list(surrogate.entries(registration))}
 
 
 def fill_common(folder, registration, version, pages):
@@ -80,17 +83,37 @@ def fill_common(folder, registration, version, pages):
         copied(PAGES / "qvObjects.chm", folder / "qvObjects.chm")
 
 
+def switched_off(users):
+    """Lines of a command file that take back what 64_bit_on wrote."""
+    return SWITCH_OFF.replace("@USERS@", users)
+
+
+def fill_switches(folder, registration):
+    """The scripts that let 64-bit programs use the library, and those that no longer do."""
+    script = (OWN / "serve_64_bit.cmd").read_text(encoding="ascii")
+    any_class = identity(registration.creatable_classes()[0].attributes["uuid"])
+    for switch, can in (("on", "can"), ("off", "cannot")):
+        text = script.replace("@SWITCH@", switch).replace("@CAN@", can).replace("@CLASS@", any_class)
+        with_text(folder / f"64_bit_{switch}.cmd", text)
+        for users in surrogate.ROOTS:
+            with_text(folder / f"registration/64_bit_{switch}_for_{users}.reg", surrogate.reg_file(registration, switch, users))
+
+
 def fill_package(folder, registration, version, pages):
     fill_common(folder, registration, version, pages)
     entries = registration.entries()
     with_text(folder / "registration/add.reg", writers.reg_file(entries))
     with_text(folder / "registration/remove.reg", writers.removing_reg_file(entries))
     for_all = (OWN / "register_for_everybody.cmd").read_text(encoding="ascii")
-    for name, undo, done in (("register", "", "registered"), ("unregister", "/u ", "no longer registered")):
-        with_text(folder / f"{name}_for_everybody.cmd", for_all.replace("@UNDO@", undo).replace("@DONE@", done))
+    for name, off, undo, done in (("register", "", "", "registered"),
+                                  ("unregister", switched_off("everybody"), "/u ", "no longer registered")):
+        text = for_all.replace("@OFF@", off).replace("@UNDO@", undo).replace("@DONE@", done)
+        with_text(folder / f"{name}_for_everybody.cmd", text)
     for_me = (OWN / "register_for_me.cmd").read_text(encoding="ascii")
     with_text(folder / "register_for_me.cmd", for_me.replace("@PLACED@", "\n".join(writers.placed_entries(entries))))
-    copied(OWN / "unregister_for_me.cmd", folder / "unregister_for_me.cmd")
+    no_more_for_me = (OWN / "unregister_for_me.cmd").read_text(encoding="ascii")
+    with_text(folder / "unregister_for_me.cmd", no_more_for_me.replace("@OFF@", switched_off("me")))
+    fill_switches(folder, registration)
     help = "pages/installing.html, or qvObjects.chm" if pages else "installing.md"
     with_text(folder / "README.txt", README.format(version=version, help=help))
     if pages:

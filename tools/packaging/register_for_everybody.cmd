@@ -4,7 +4,7 @@ rem /q: without waiting for a key. Ends with 0, or with what regsvr32 ends with.
 setlocal
 set "system=%SystemRoot%\System32"
 if exist "%SystemRoot%\SysWOW64\regsvr32.exe" set "system=%SystemRoot%\SysWOW64"
-"%system%\regsvr32.exe" /s @UNDO@"%~dp0qvObjects.dll"
+@OFF@"%system%\regsvr32.exe" /s @UNDO@"%~dp0qvObjects.dll"
 set result=%errorlevel%
 if %result%==0 (echo qvObjects is @DONE@ for everybody.) else echo Not done, regsvr32 says %result%. It needs the rights of an administrator.
 if /i not "%~1"=="/q" pause

@@ -4,7 +4,7 @@ setlocal
 set "registry=%SystemRoot%\System32\reg.exe"
 if exist "%SystemRoot%\SysWOW64\reg.exe" set "registry=%SystemRoot%\SysWOW64\reg.exe"
 set result=0
-"%registry%" import "%~dp0registration\remove.reg" >nul 2>&1
+@OFF@"%registry%" import "%~dp0registration\remove.reg" >nul 2>&1
 if errorlevel 1 set result=1
 if %result%==0 (echo qvObjects is no longer registered for you.) else echo Not done: something could not be removed.
 if /i not "%~1"=="/q" pause

@@ -55,9 +55,9 @@ Function Shown(value)
     End If
 End Function
 
-' A path for a file of this test.
+' The full path for a file of this test: the library may be in a process with a current folder of its own.
 Function TestFile(name)
-    TestFile = "build\clients\" & name
+    TestFile = CreateObject("Scripting.FileSystemObject").GetAbsolutePathName("build\clients\" & name)
 End Function
 
 Sub WriteFile(name, text)
