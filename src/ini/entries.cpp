@@ -27,7 +27,7 @@ struct Entries::Lookup {
 void Entry::rename(std::wstring_view name)
 {
     StoredText text{name};
-    const std::uint32_t hash = automation::hash_folded(name);
+    const std::uint32_t hash = automation::table_hash(name);
     if (list_)
         return list_->rename(*this, std::move(text), hash);
     name_ = std::move(text);
