@@ -10,7 +10,7 @@ void Parameter::destroy_chain(Parameter* first) noexcept
 
 Held<Section> Section::create()
 {
-    return Held<Section>{make_node<Section>(nullptr, 0, automation::table_hash({}))};
+    return Held<Section>{make_node<Section>(nullptr, 0, automation::hash_folded({}))};
 }
 
 void Section::destroy_chain(Section* first) noexcept

@@ -47,19 +47,19 @@ public:
     /// The item of this key, the name that it came in with; null if there is none.
     Item* find_key(std::wstring_view key) const noexcept
     {
-        return static_cast<Item*>(Entries::find_key(key, automation::table_hash(key)));
+        return static_cast<Item*>(Entries::find_key(key, automation::hash_folded(key)));
     }
     /// The first item that has this name now; null if there is none.
     Item* find_name(std::wstring_view name) const noexcept
     {
-        return static_cast<Item*>(Entries::find_name(name, automation::table_hash(name)));
+        return static_cast<Item*>(Entries::find_name(name, automation::hash_folded(name)));
     }
 
     /// The first item that has this name now; if there is none, a new one at the end, which takes over the key
     /// from a renamed item that still has it.
     Item& add(std::wstring_view name, Arena* arena = nullptr)
     {
-        const std::uint32_t hash = automation::table_hash(name);
+        const std::uint32_t hash = automation::hash_folded(name);
         if (Entry* const found = Entries::find_name(name, hash))
             return static_cast<Item&>(*found);
         reserve_one();
