@@ -30,7 +30,7 @@ constexpr wchar_t folded(wchar_t character) noexcept
 /// Whether two texts are equal without regard to case.
 bool equal_folded(std::wstring_view one, std::wstring_view other) noexcept;
 
-/// A hash that is equal for texts that are equal without regard to case.
+/// A hash that is equal for texts that are equal without regard to case. It is the same in every process.
 constexpr std::uint32_t hash_folded(std::wstring_view text) noexcept
 {
     std::uint32_t hash = 2166136261u; // FNV-1a
@@ -39,13 +39,17 @@ constexpr std::uint32_t hash_folded(std::wstring_view text) noexcept
     return hash ^ (hash >> 15);
 }
 
+/// Such a hash for the tables of this process. It depends on secret numbers, new in every process: nobody can make up names of
+/// which more than a few have the same one.
+std::uint32_t table_hash(std::wstring_view text) noexcept;
+
 /// The position of the first `part` in `text` at or behind `from`, without regard to case; npos if there is none.
 /// An empty part is found at `from`, as long as that lies in the text.
 std::size_t find_folded(std::wstring_view text, std::wstring_view part, std::size_t from = 0) noexcept;
 
 /// For containers whose keys are equal without regard to case.
 struct FoldedHash {
-    std::size_t operator()(std::wstring_view text) const noexcept { return hash_folded(text); }
+    std::size_t operator()(std::wstring_view text) const noexcept { return table_hash(text); }
 };
 struct FoldedEqual {
     bool operator()(std::wstring_view one, std::wstring_view other) const noexcept { return equal_folded(one, other); }

@@ -133,7 +133,9 @@ void BinaryFile::replace()
     if (path_.empty())
         raise_file_error(ERROR_PATH_NOT_FOUND);
     std::wstring name = name_beside(path_, new_content);
-    file_ = Handle{CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW, kind, nullptr)};
+    // Not to where a link leads that someone may have put there.
+    file_ = Handle{CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                               kind | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)};
     if (!file_)
         raise_file_error(GetLastError());
     name_of_new_ = std::move(name);

@@ -3,7 +3,11 @@
 #include "automation/error.h"
 #include "files/replacing.h"
 
+#include <sddl.h>
+
 #include <algorithm>
+#include <cwchar>
+#include <memory>
 #include <utility>
 
 namespace files {
@@ -70,6 +74,29 @@ bool is_link(const std::wstring& path) noexcept
 {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
+}
+
+using Local = automation::Handle<automation::NullMeansNone<HLOCAL, &LocalFree>>;
+
+/// A security descriptor that gives whoever creates a file with it every right, and others those that they have to `file`. None
+/// where the system does not tell these.
+Local rights_like(const Handle& file)
+{
+    constexpr wchar_t owner_rights[] = L"D:P(A;;FA;;;S-1-3-4)";
+    DWORD size = 0;
+    GetKernelObjectSecurity(file.get(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    const auto former = std::make_unique<char[]>(size);
+    wchar_t* text = nullptr;
+    if (!GetKernelObjectSecurity(file.get(), DACL_SECURITY_INFORMATION, former.get(), size, &size)
+        || !ConvertSecurityDescriptorToStringSecurityDescriptorW(former.get(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text,
+                                                                 nullptr))
+        return Local{};
+    const Local text_owner{text};
+    const wchar_t* const entries = std::wcschr(text, L'(');
+    Local rights;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW((owner_rights + std::wstring{entries ? entries : L""}).c_str(),
+                                                         SDDL_REVISION_1, rights.put(), nullptr);
+    return rights;
 }
 
 /// The path of the file itself, where `path` may be a link to it.
@@ -237,15 +264,17 @@ Output::Output(std::wstring_view path) : path_{checked(path)}
     if (is_device_)
         return;
     DWORD attributes = FILE_ATTRIBUTE_NORMAL;
+    Local rights;
     if (is_there_) {
         attributes = attributes_of(present);
+        rights = rights_like(present);
         if (is_link(path_))
             path_ = target_of(present, path_);
         // Where the user may do anything, this attribute alone does not keep him from it.
         if (attributes & FILE_ATTRIBUTE_READONLY)
             raise_file_error(ERROR_ACCESS_DENIED);
     }
-    create_beside(attributes);
+    create_beside(attributes, rights.get());
 }
 
 Output::~Output()
@@ -255,13 +284,16 @@ Output::~Output()
         remove_beside(name_beside_);
 }
 
-/// Leaves no name where the folder allows no new file.
-void Output::create_beside(DWORD attributes)
+/// Leaves no name where the folder allows no new file. With these rights nobody reads the new content who may not read the file
+/// itself. What someone else has put under the new name is neither opened nor followed.
+void Output::create_beside(DWORD attributes, void* rights)
 {
     constexpr DWORD kept = FILE_ATTRIBUTE_NORMAL | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+    SECURITY_ATTRIBUTES security{sizeof security, rights, FALSE};
     for (int attempts = 0; attempts < 100; ++attempts) {
         std::wstring name = name_beside(path_, new_content);
-        beside_ = Handle{CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, attributes & kept, nullptr)};
+        beside_ = Handle{CreateFileW(name.c_str(), GENERIC_WRITE, 0, &security, CREATE_NEW,
+                                     (attributes & kept) | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)};
         if (beside_) {
             name_beside_ = std::move(name);
             return;

@@ -67,7 +67,7 @@ public:
     void commit();
 
 private:
-    void create_beside(DWORD attributes);
+    void create_beside(DWORD attributes, void* rights);
     bool swap_in();
     DWORD replace();
     void put_back(const std::wstring& former);

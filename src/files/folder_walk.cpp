@@ -2,7 +2,9 @@
 
 #include "automation/error.h"
 #include "files/content_watch.h"
+#include "files/file.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -21,6 +23,25 @@ bool fits_every_name(std::wstring_view pattern) noexcept
     return pattern.empty() || pattern == L"*" || pattern == L"*.*";
 }
 
+/// What a folder is, on whatever way it is reached.
+struct Identity {
+    DWORD volume, high, low;
+
+    bool operator==(const Identity&) const = default;
+};
+
+/// None where the system does not tell.
+std::optional<Identity> identity_of(const std::wstring& folder) noexcept
+{
+    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Handle opened{CreateFileW(folder.c_str(), FILE_READ_ATTRIBUTES, sharing, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr)};
+    BY_HANDLE_FILE_INFORMATION found;
+    if (!opened || !GetFileInformationByHandle(opened.get(), &found))
+        return std::nullopt;
+    return Identity{found.dwVolumeSerialNumber, found.nFileIndexHigh, found.nFileIndexLow};
+}
+
 /// Goes down without recursion: how deep the folders lie does not matter.
 class Walk {
 public:
@@ -31,7 +52,7 @@ public:
 
     void run()
     {
-        visit(one_search_ && visitor_.listens() && keeps_folder_times(path_));
+        visit(one_search_ && visitor_.listens() && keeps_folder_times(path_), false);
         while (!cancelled_ && !way_down_.empty()) {
             Level& level = way_down_.back();
             if (level.next == level.subfolders.size()) {
@@ -40,7 +61,8 @@ public:
             }
             const Subfolder& subfolder = level.subfolders[level.next++];
             path_.replace(level.path_length, path_.npos, subfolder.name) += L'\\';
-            visit(level.has_time && !subfolder.is_link);
+            if (!subfolder.is_link || may_follow(level.behind_link))
+                visit(level.has_time && !subfolder.is_link, level.behind_link || subfolder.is_link);
         }
     }
 
@@ -55,10 +77,12 @@ private:
         std::vector<Subfolder> subfolders;
         std::size_t next;
         bool has_time; ///< which changes with the folder's content
+        bool behind_link;
+        std::optional<Identity> identity; ///< once it was asked for
     };
 
     /// Reports what the folder of the path holds, and adds its subfolders to those that are still to be visited.
-    void visit(bool has_time)
+    void visit(bool has_time, bool behind_link)
     {
         heard_here_ = false;
         std::vector<Subfolder> subfolders = one_search_ ? search_once(has_time) : search_twice();
@@ -66,7 +90,29 @@ private:
             return;
         if (subfolders.size() > most_subfolders)
             throw automation::Error{automation::Runtime::Overflow};
-        way_down_.push_back({path_.size(), std::move(subfolders), 0, has_time});
+        way_down_.push_back({path_.size(), std::move(subfolders), 0, has_time, behind_link, {}});
+    }
+
+    /// Whether the walk goes into the link of the path. One that leads back to a folder on the way down would lead there again
+    /// and again. Behind a link each folder is entered by further links only once: links that fan out from folder to folder
+    /// make more ways than anyone can go.
+    bool may_follow(bool behind_link)
+    {
+        const auto target = identity_of(path_);
+        if (!target)
+            return true;
+        for (Level& level : way_down_) {
+            if (!level.identity)
+                level.identity = identity_of(path_.substr(0, level.path_length));
+            if (level.identity == target)
+                return false;
+        }
+        if (!behind_link)
+            entered_.clear();
+        if (std::ranges::find(entered_, *target) != entered_.end())
+            return false;
+        entered_.push_back(*target);
+        return true;
     }
 
     std::vector<Subfolder> search_twice()
@@ -146,6 +192,7 @@ private:
     WalkVisitor& visitor_;
     const bool one_search_;
     std::vector<Level> way_down_;
+    std::vector<Identity> entered_; ///< by links, since the walk left the folders that it reaches without one
     bool heard_here_ = false; ///< of something in this folder
     bool cancelled_ = false;
 };

@@ -33,8 +33,9 @@ struct WalkRules {
 };
 
 /// Finds what fits the pattern in a folder, then in each of its subfolders, in the platform's order. It neither finds folders
-/// whose names begin with a dot nor goes into them, nor into hidden folders and the system's. What can't be searched holds
-/// nothing. `folder` ends in a backslash. Raises 6 where a folder has more than 32767 subfolders.
+/// whose names begin with a dot nor goes into them, nor into hidden folders and the system's. It does not go into a link that
+/// leads back to a folder on its way, and behind a link into each folder only once by further links. What can't be searched
+/// holds nothing. `folder` ends in a backslash. Raises 6 where a folder has more than 32767 subfolders.
 void walk(std::wstring_view folder, const WalkRules& rules, WalkVisitor& visitor);
 
 } // namespace files

@@ -9,6 +9,7 @@
 namespace ini {
 
 using automation::equal_folded;
+using automation::table_hash;
 
 namespace {
 
@@ -101,7 +102,7 @@ Entry* Entries::search_key(std::wstring_view key, std::uint32_t hash) const noex
 {
     const auto is_it = [&](const Entry& entry) { return entry.has_key(key, hash); };
     if (has_index_)
-        return lookup_->keys.find(hash, is_it);
+        return lookup_->keys.find(table_hash(key), is_it);
     Entry* entry = first_;
     while (entry && !is_it(*entry))
         entry = entry->next_;
@@ -112,7 +113,7 @@ Entry* Entries::search_name(std::wstring_view name, std::uint32_t hash) const no
 {
     const auto is_it = [&](const Entry& entry) { return entry.has_name(name, hash); };
     if (has_index_)
-        return (renamed_ ? lookup_->names : lookup_->keys).find(hash, is_it);
+        return (renamed_ ? lookup_->names : lookup_->keys).find(table_hash(name), is_it);
     Entry* entry = first_;
     while (entry && !is_it(*entry))
         entry = entry->next_;
@@ -123,7 +124,7 @@ void Entries::take_out(Entry& entry) noexcept
 {
     if (has_index_) {
         if (!entry.lost_key())
-            lookup_->keys.erase(entry.key_hash(), &entry);
+            lookup_->keys.erase(table_hash(entry.key()), &entry);
         if (renamed_)
             erase_name(entry);
     }
@@ -179,7 +180,7 @@ void Entries::index_keys()
     keys.reserve(count_);
     for (Entry* entry = first_; entry; entry = entry->next_)
         if (!entry->lost_key())
-            keys.insert(entry->key_hash(), entry);
+            keys.insert(table_hash(entry->key()), entry);
     lookup().keys = std::move(keys);
 }
 
@@ -196,33 +197,35 @@ void Entries::index_names()
 /// Puts in a new entry.
 void Entries::index(Entry& entry) noexcept
 {
-    lookup_->keys.insert(entry.hash_, &entry);
+    lookup_->keys.insert(table_hash(entry.name_), &entry);
     if (renamed_)
         insert_name(entry);
 }
 
 void Entries::insert_name(Entry& entry) noexcept
 {
-    Entry* const other = lookup_->names.find(entry.hash_, [&](const Entry& other) { return other.has_name(entry.name_, entry.hash_); });
+    const std::uint32_t hash = table_hash(entry.name_);
+    Entry* const other = lookup_->names.find(hash, [&](const Entry& other) { return other.has_name(entry.name_, entry.hash_); });
     if (!other)
-        return lookup_->names.insert(entry.hash_, &entry);
+        return lookup_->names.insert(hash, &entry);
     ++lookup_->unindexed_names;
     const Entry* behind = entry.next_;
     while (behind && behind != other)
         behind = behind->next_;
     if (behind)
-        lookup_->names.replace(entry.hash_, other, &entry);
+        lookup_->names.replace(hash, other, &entry);
 }
 
 /// Before the entry leaves the list or gets another name: the next one of its name takes its place.
 void Entries::erase_name(Entry& entry) noexcept
 {
     const auto is_namesake = [&](const Entry& other) { return other.has_name(entry.name_, entry.hash_); };
-    if (lookup_->names.find(entry.hash_, is_namesake) != &entry) {
+    const std::uint32_t hash = table_hash(entry.name_);
+    if (lookup_->names.find(hash, is_namesake) != &entry) {
         --lookup_->unindexed_names;
         return;
     }
-    lookup_->names.erase(entry.hash_, &entry);
+    lookup_->names.erase(hash, &entry);
     if (lookup_->unindexed_names == 0)
         return;
     Entry* namesake = entry.next_;
@@ -230,7 +233,7 @@ void Entries::erase_name(Entry& entry) noexcept
         namesake = namesake->next_;
     if (!namesake)
         return;
-    lookup_->names.insert(entry.hash_, namesake);
+    lookup_->names.insert(hash, namesake);
     --lookup_->unindexed_names;
 }
 
@@ -241,7 +244,7 @@ void Entries::take_key(const Entry& taker) noexcept
     if (!former)
         return;
     if (has_index_)
-        lookup_->keys.erase(taker.hash_, former);
+        lookup_->keys.erase(table_hash(taker.name_), former);
     former->key_->taken = true;
     ++keys_taken_;
 }
@@ -258,7 +261,7 @@ void Entries::give_back_key(std::wstring_view key, std::uint32_t hash) noexcept
     former->key_->taken = false;
     --keys_taken_;
     if (has_index_)
-        lookup_->keys.insert(hash, former);
+        lookup_->keys.insert(table_hash(key), former);
 }
 
 void Entries::rename(Entry& entry, StoredText&& name, std::uint32_t hash)

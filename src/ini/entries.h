@@ -55,7 +55,8 @@ private:
 /// Entries in their order, which are found by key, by current name and by position, without regard to case.
 /// Finding by key and by name takes the same time however many entries there are, renamed ones included.
 ///
-/// Short lists are searched through. Longer ones have an index of keys, and one of names as soon as these differ. When
+/// Short lists are searched through, with a hash that is quick. Longer ones have an index of keys, and one of names as soon as
+/// these differ, by a hash for which nobody can make up names that meet. When
 /// several entries have come by the same name, that index holds the first one; what this costs, renaming and removing pay.
 class Entries : public Node {
 public:

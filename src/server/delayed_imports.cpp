@@ -12,11 +12,19 @@ struct Import {
 };
 static_assert(sizeof(Import) == 3 * sizeof(void*));
 
+/// One of the system's own, whatever lies in the program's folder or in the current one. It stays loaded: its functions are called
+/// without asking for it again.
+HMODULE load(const char* library)
+{
+    const HMODULE loaded = LoadLibraryExA(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    const bool is_old_system = !loaded && GetLastError() == ERROR_INVALID_PARAMETER; // a Windows 7 without updates
+    return is_old_system ? LoadLibraryA(library) : loaded;
+}
+
 /// Raises what the platform says about it when there is no such library or function.
 FARPROC find(const Import& import)
 {
-    // The library stays loaded: its functions are called without asking for it again.
-    const HMODULE library = LoadLibraryA(import.library);
+    const HMODULE library = load(import.library);
     const FARPROC function = library ? GetProcAddress(library, import.name) : nullptr;
     if (!function)
         automation::check(HRESULT_FROM_WIN32(GetLastError()));

@@ -66,6 +66,19 @@ private:
     std::wstring former_;
 };
 
+/// Makes the folder of a library the current one: there the system finds others that it needs. A library that is only named is
+/// one of the system's or on the path: what lies in the folder that happens to be current was not asked for.
+void go_to_library(std::wstring_view library)
+{
+    if (library.find_first_of(L"\\/:") == library.npos) {
+        wchar_t system[MAX_PATH] = L"";
+        GetSystemDirectoryW(system, MAX_PATH);
+        SetCurrentDirectoryW(system);
+    } else if (const std::wstring folder{files::GetPath(library)}; !folder.empty() && files::finds(folder, files::Folders)) {
+        SetCurrentDirectoryW(folder.c_str());
+    }
+}
+
 /// The system shows no message of a library that it can't load.
 class NoLoadMessages {
 public:
@@ -104,9 +117,7 @@ bool qvCommon_system::CheckLibFunction(std::wstring_view sLib, std::wstring_view
 {
     const CurrentFolder former;
     const AnsiText path{sLib}, function{sFkt};
-    const std::wstring folder{files::GetPath(sLib)};
-    if (!folder.empty() && files::finds(folder, files::Folders))
-        SetCurrentDirectoryW(folder.c_str()); // where the library finds those that it needs
+    go_to_library(sLib);
     const NoLoadMessages quiet;
     const CalculatesAsClient as_client; // the library's own code runs as it comes and goes
     const LibraryHandle library{LoadLibraryA(path)};

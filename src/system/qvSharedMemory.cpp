@@ -97,8 +97,8 @@ void qvSharedMemory::store(std::wstring_view text)
 std::wstring qvSharedMemory::get_Str()
 {
     const std::span<char> memory = block();
-    std::int32_t length = 0;
-    std::memcpy(&length, memory.data(), length_size);
+    // Read once: others may change it behind the check.
+    const std::int32_t length = *reinterpret_cast<const volatile std::int32_t*>(memory.data());
     require(length >= 0 && static_cast<std::size_t>(length) <= memory.size() - length_size);
     const std::string bytes(memory.data() + length_size, static_cast<std::size_t>(length)); // others may write meanwhile
     return automation::decode(automation::without_cut_character(bytes));

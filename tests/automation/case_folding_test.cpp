@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 using namespace automation;
 
 TEST(CaseFolding, LettersMeetInUpperCaseAndNothingElseDoes)
@@ -21,8 +23,21 @@ TEST(CaseFolding, EqualTextsHaveEqualHashes)
             const wchar_t a[]{static_cast<wchar_t>(one), 0}, b[]{static_cast<wchar_t>(other), 0};
             if (equal_folded(a, b)) {
                 ASSERT_EQ(hash_folded(a), hash_folded(b)) << one << " and " << other;
+                ASSERT_EQ(table_hash(a), table_hash(b)) << one << " and " << other;
             }
         }
+}
+
+TEST(CaseFolding, NamesThatWereMadeToMeetDoNotMeetInTables)
+{
+    std::set<std::uint32_t> known, in_tables;
+    for (const wchar_t* name : {L"!<@T!!!&E", L"S)+1!!!,*", L"TX/L!!!16", L".`I'!!!8,", L"'#4Q!!!8?", L"+VD+!!!@J", L"*6Q-!!!A#",
+                                L"U@KQ!!!EH"}) {
+        known.insert(hash_folded(name));
+        in_tables.insert(table_hash(name));
+    }
+    EXPECT_EQ(known.size(), 1u);
+    EXPECT_GT(in_tables.size(), 6u) << "two may meet once in millions of processes";
 }
 
 TEST(CaseFolding, FindsTheFirstPlaceAtOrBehindTheStart)

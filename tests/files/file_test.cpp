@@ -5,6 +5,8 @@
 #include "support/client.h"
 #include "support/error_of.h"
 
+#include <sddl.h>
+
 #include <algorithm>
 #include <random>
 
@@ -29,6 +31,20 @@ int write_error(const std::wstring& path)
 files::Handle opened(const std::wstring& path, DWORD sharing)
 {
     return files::Handle{CreateFileW(path.c_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING, 0, nullptr)};
+}
+
+/// Who may do what with it.
+std::wstring rights_of(const std::wstring& path)
+{
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<char> descriptor(size);
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size);
+    wchar_t* text = nullptr;
+    ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor.data(), SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text, nullptr);
+    const std::wstring rights = text ? text : L"";
+    LocalFree(text);
+    return rights;
 }
 
 std::string encoded(std::wstring_view text)
@@ -94,6 +110,30 @@ TEST(File, KeepsItsAttributes)
         write_whole(path, "new");
         EXPECT_EQ(GetFileAttributesW(path.c_str()), before);
     }
+}
+
+TEST(File, OpensItsNewContentToNobodyElse)
+{
+    const Folder folder;
+    const std::wstring path = folder.write(L"file", "old");
+    std::wstring rights = rights_of(path);
+    const std::size_t everyone = rights.find(L";;;WD)"), entry = rights.rfind(L'(', everyone);
+    ASSERT_NE(everyone, rights.npos) << rights << ": as the folder gives it";
+    rights.erase(entry, rights.find(L')', entry) + 1 - entry).insert(2, L"P");
+    PSECURITY_DESCRIPTOR restricted = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(rights.c_str(), SDDL_REVISION_1, &restricted, nullptr);
+    ASSERT_TRUE(SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, restricted)) << rights;
+    LocalFree(restricted);
+
+    files::Output output{path};
+    int seen = 0;
+    for (const auto& found : std::filesystem::directory_iterator{folder.path()}) {
+        EXPECT_EQ(rights_of(found.path()).find(L";;;WD)"), rights.npos) << found.path() << rights_of(found.path());
+        ++seen;
+    }
+    EXPECT_EQ(seen, 2);
+    output.commit();
+    EXPECT_EQ(rights_of(path).find(L";;;WD)"), rights.npos);
 }
 
 TEST(File, IsWrittenInPlaceWhereItCannotBeReplaced)

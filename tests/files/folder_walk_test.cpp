@@ -1,7 +1,7 @@
 #include "files/folder_walk.h"
 
 #include "files/content_watch.h"
-#include "support/client.h"
+#include "support/link.h"
 
 #include <functional>
 
@@ -126,6 +126,24 @@ TEST(Walk, FindsWhatThePlainWayFinds)
                 all += plain.size();
             }
     EXPECT_GT(all, 400u);
+}
+
+TEST(Walk, FollowsLinksButNeitherInCirclesNorOnEveryWayThereIs)
+{
+    const Folder place;
+    for (const wchar_t* folder : {L"a", L"b", L"c"})
+        CreateDirectoryW(place.file(folder).c_str(), nullptr);
+    place.write(L"c\\file", "");
+    const client::Link links[]{{place.file(L"a"), L"x", L"..\\b"}, {place.file(L"a"), L"y", L"..\\b"},
+                               {place.file(L"b"), L"x", L"..\\c"}, {place.file(L"b"), L"y", L"..\\c"},
+                               {place.file(L"c"), L"x", L"..\\a"}, {place.file(L"c"), L"y", L"..\\a"}};
+    if (!std::ranges::all_of(links, &client::Link::exists))
+        GTEST_SKIP() << "no link can be made on this machine";
+    for (const wchar_t* pattern : {L"*", L"*e"}) {
+        int found = 0;
+        tested_walk(place.file(L""), {.pattern = pattern}, [&](auto&, std::wstring_view name) { found += name == L"file"; });
+        EXPECT_EQ(found, 5) << "each link from outside is followed, behind it one to each folder";
+    }
 }
 
 TEST(ContentWatch, NoticesChangesAndSaysYesInDoubt)

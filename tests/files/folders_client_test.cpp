@@ -161,15 +161,6 @@ TEST_F(Walks, KeepTheirObject)
     EXPECT_EQ(listener.found.size(), 1u) << "nobody listens after that";
 }
 
-TEST_F(Walks, EndWhereALinkLeadsInACircle)
-{
-    const Link circle{folder.file(L"sub"), L"back", L"."};
-    if (!circle.exists())
-        GTEST_SKIP() << "no link can be made on this machine";
-    EXPECT_GT(walk(L"c.txt").size(), 1u) << "links are folders";
-    EXPECT_EQ(walk(L"c.txt", 0, 0, [](auto) { return true; }).size(), 1u);
-}
-
 TEST_F(Folders, TheChecksTellWhatThereIs)
 {
     make({L"pl\u00e4in.txt", L"sub\\", L"parent\\", L"parent\\sub\\"});

@@ -2,3 +2,4 @@
 
         import  no-such-library, InMissingLibrary, 8
         import  shlwapi, MissingInLibrary, 4
+        import  planted-library, InPlantedLibrary, 0

@@ -2,6 +2,7 @@
 
 #include "support/client.h"
 
+#include <algorithm>
 #include <string>
 
 namespace client {

@@ -143,4 +143,16 @@ TEST_F(Processes, CheckLibFunctionLooksIntoALibrary)
         GetCurrentDirectoryW(MAX_PATH, after);
         EXPECT_STREQ(before, after);
     }
+
+    const auto finds = [&](const wchar_t* path) { return common.call(L"CheckLibFunction", {path, L"catches_exceptions"}).flag(); };
+    const std::wstring hosts = own_folder + L"\\hosts";
+    SetCurrentDirectoryW(hosts.c_str());
+    EXPECT_FALSE(finds(L"plug_in.dll")) << "it lies in the current folder, where nobody asked for it";
+    EXPECT_TRUE(finds(L".\\plug_in.dll"));
+    SetCurrentDirectoryW(before);
+    std::wstring search_path(GetEnvironmentVariableW(L"PATH", nullptr, 0), L'\0');
+    search_path.resize(GetEnvironmentVariableW(L"PATH", search_path.data(), static_cast<DWORD>(search_path.size())));
+    SetEnvironmentVariableW(L"PATH", (search_path + L";" + hosts).c_str());
+    EXPECT_TRUE(finds(L"plug_in.dll"));
+    SetEnvironmentVariableW(L"PATH", search_path.c_str());
 }
