@@ -78,6 +78,19 @@ bool is_link(const std::wstring& path) noexcept
 
 using Local = automation::Handle<automation::NullMeansNone<HLOCAL, &LocalFree>>;
 
+/// Nobody runs what is being written. Wine has everybody who may read a file run it, and would keep it so.
+void forbid_running(PSECURITY_DESCRIPTOR rights)
+{
+    BOOL is_there = FALSE, is_default = FALSE;
+    ACL* entries = nullptr;
+    if (!GetSecurityDescriptorDacl(rights, &is_there, &entries, &is_default) || !entries)
+        return;
+    void* entry = nullptr;
+    for (DWORD i = 0; GetAce(entries, i, &entry); ++i)
+        if (static_cast<ACE_HEADER*>(entry)->AceType == ACCESS_ALLOWED_ACE_TYPE)
+            static_cast<ACCESS_ALLOWED_ACE*>(entry)->Mask &= ~static_cast<DWORD>(FILE_EXECUTE);
+}
+
 /// A security descriptor that gives whoever creates a file with it every right, and others those that they have to `file`. None
 /// where the system does not tell these.
 Local rights_like(const Handle& file)
@@ -96,6 +109,8 @@ Local rights_like(const Handle& file)
     Local rights;
     ConvertStringSecurityDescriptorToSecurityDescriptorW((owner_rights + std::wstring{entries ? entries : L""}).c_str(),
                                                          SDDL_REVISION_1, rights.put(), nullptr);
+    if (rights)
+        forbid_running(rights.get());
     return rights;
 }
 
