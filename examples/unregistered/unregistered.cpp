@@ -13,8 +13,8 @@
 namespace {
 
 const wchar_t* const classes[]{
-    L"qvAPI", L"qvBitmap", L"qvCommon", L"qvFile", L"qvFile_Nif", L"qvFile_qvb", L"qvForm", L"qvIniFile", L"qvMath", L"qvPathDialog",
-    L"qvPrinter", L"qvSave", L"qvScreen", L"qvSharedMemory", L"qvSyno", L"qvSystemColors", L"qvSystemMetrics", L"qvToolTip",
+    L"qvAPI", L"qvBitmap", L"qvCommon", L"qvFile", L"qvFile_Nif", L"qvFile_qvb", L"qvForm", L"qvIniFile", L"qvMath",
+    L"qvPathDialog", L"qvPrinter", L"qvSave", L"qvScreen", L"qvSharedMemory", L"qvSyno", L"qvSystemColors", L"qvSystemMetrics", L"qvToolTip",
     L"qvWindowProc"};
 
 /// Whether an object of the class can be created by name, as scripts create it.
@@ -63,7 +63,8 @@ int failures(const char* kind, COINIT apartment)
     int failed = 0;
     for (const wchar_t* name : classes)
         failed += !can_create(name);
-    std::printf("%s: %d of %d classes, ", kind, static_cast<int>(std::size(classes)) - failed, static_cast<int>(std::size(classes)));
+    constexpr int all = std::size(classes);
+    std::printf("%s: %d of %d classes, ", kind, all - failed, all);
     failed += !can_call();
     CoUninitialize();
     return failed;

@@ -23,9 +23,8 @@ def manifest(registration, version):
     type_library = element("typelib", tlbid=registration.library, version=registration.version, helpdir="")
     interfaces = [element("comInterfaceExternalProxyStub", name=name, iid=iid, proxyStubClsid32=proxy, tlbid=registration.library)
                   for iid, name, proxy in registration.marshalled_interfaces()]
-    assembly = element("assembly",
-                       element("assemblyIdentity", type="win32", name=ASSEMBLY, version=f"{version}.0", processorArchitecture="x86"),
-                       element("file", *classes, type_library, name=f"{library}.dll"),
-                       *interfaces,
+    identified = element("assemblyIdentity", type="win32", name=ASSEMBLY, version=f"{version}.0", processorArchitecture="x86")
+    file = element("file", *classes, type_library, name=f"{library}.dll")
+    assembly = element("assembly", identified, file, *interfaces,
                        xmlns="urn:schemas-microsoft-com:asm.v1", manifestVersion="1.0")
     return "\n".join(['<?xml version="1.0" encoding="UTF-8" standalone="yes"?>', *assembly]) + "\n"
