@@ -19,7 +19,6 @@ RequestExecutionLevel user
 !include x64.nsh
 !include nsDialogs.nsh
 !include MUI2.nsh
-!include Sections.nsh
 !include "${GENERATED}\files.nsh"
 !include "${GENERATED}\registration.nsh"
 !if /FileExists "${GENERATED}\surrogate.nsh"
@@ -319,9 +318,6 @@ Function choose_sections
         ${GetOptions} $0 "/No64" $1
         ${IfNot} ${Errors}
             SectionSetFlags ${surrogate_section} 0
-        ${EndIf}
-        ${IfNot} ${RunningX64}
-            SectionSetFlags ${surrogate_section} ${SF_RO}
         ${EndIf}
     !endif
 FunctionEnd
