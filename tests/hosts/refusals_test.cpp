@@ -319,7 +319,7 @@ void keep_in_registry(Client& client)
     const Object save = client.object(__uuidof(qvSave)), common = client.object(__uuidof(qvCommon));
     client.put(save, L"Application", {L"qvObjects refusals"});
     client.put(save, L"Section", {L"Section"});
-    client.call(save, L"WriteS", {L"Key", L"a text that is longer than the sixty-four characters which there is room for at first"});
+    client.call(save, L"WriteS", {L"Key", L"a text that is longer than the sixty-four characters for which there is room"});
     client.call(save, L"ReadS", {L"Key"});
     client.call(common, L"WriteKey", {L"Section", L"Key", L"text"});
     client.call(common, L"ReadKey", {L"Section", L"Key"});
