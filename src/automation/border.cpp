@@ -33,7 +33,8 @@ try {
     Ref<ICreateErrorInfo> creator;
     check(CreateErrorInfo(creator.put()));
     creator->SetDescription(Text{description}.get());
-    creator->SetSource(Text{source.empty() ? std::wstring_view{module::name()} : source}.get());
+    const Text where = or_default([&] { return source.empty() ? Text{module::name()} : Text{source}; });
+    creator->SetSource(where.get());
     SetErrorInfo(0, query<IErrorInfo>(creator.get()).get());
 } catch (...) {
     SetErrorInfo(0, nullptr);
@@ -146,6 +147,7 @@ Error failure(HRESULT result)
 {
     switch (result) {
     case E_OUTOFMEMORY:
+    case HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY):
         return Error{Runtime::OutOfMemory};
     case DISP_E_OVERFLOW:
         return Error{Runtime::Overflow};

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <new>
 #include <span>
 
 extern "C" {
@@ -119,6 +120,8 @@ std::wstring path()
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
         const DWORD length = GetModuleFileNameW(handle(), path.data(), static_cast<DWORD>(path.size()));
+        if (length == 0)
+            throw std::bad_alloc{};
         if (length < path.size()) {
             path.resize(length);
             return path;

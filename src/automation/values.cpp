@@ -55,6 +55,14 @@ HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcep
     return VariantChangeTypeEx(&target, source, LOCALE_USER_DEFAULT, VARIANT_LOCALBOOL, type);
 }
 
+bool converts(VARIANT& target, const VARIANT& value, VARTYPE type)
+{
+    const HRESULT result = change_type(target, value, type);
+    if (result == E_OUTOFMEMORY)
+        throw std::bad_alloc{};
+    return SUCCEEDED(result);
+}
+
 bool is_missing(const VARIANT& value) noexcept
 {
     const VARIANT& inner = followed(value);

@@ -259,6 +259,8 @@ constexpr std::size_t size_of_value(VARTYPE type) noexcept
 /// The automation conversion in the user's locale, truth values by their words, as a result code. `target` holds the
 /// result, and nothing of `value` is changed.
 HRESULT change_type(VARIANT& target, const VARIANT& value, VARTYPE type) noexcept;
+/// Whether a value can be converted; `target` holds the result then. That memory ran out is no answer: raises 7.
+bool converts(VARIANT& target, const VARIANT& value, VARTYPE type);
 
 /// Whether an optional argument was left out.
 bool is_missing(const VARIANT& value) noexcept;

@@ -70,10 +70,10 @@ DWORD attributes_of(const Handle& file)
     return information.dwFileAttributes;
 }
 
-bool is_link(const std::wstring& path) noexcept
+/// Whether it is a link, as far as can be seen; in doubt it is.
+bool may_be_link(const std::wstring& path) noexcept
 {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT);
+    return GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT; // all are set in INVALID_FILE_ATTRIBUTES
 }
 
 using Local = automation::Handle<automation::NullMeansNone<HLOCAL, &LocalFree>>;
@@ -167,6 +167,8 @@ std::wstring whole_path(const std::wstring& given)
         const auto room = static_cast<DWORD>(path.size());
         const DWORD length = GetFullPathNameW(given.c_str(), room, path.data(), nullptr);
         path.resize(length);
+        if (length == 0 && GetLastError() == ERROR_NOT_ENOUGH_MEMORY)
+            raise_last_error();
         if (length < room)
             return path;
     }
@@ -283,7 +285,7 @@ Output::Output(std::wstring_view path) : path_{checked(path)}
     if (is_there_) {
         attributes = attributes_of(present);
         rights = rights_like(present);
-        if (is_link(path_))
+        if (may_be_link(path_))
             path_ = target_of(present, path_);
         // Where the user may do anything, this attribute alone does not keep him from it.
         if (attributes & FILE_ATTRIBUTE_READONLY)

@@ -23,8 +23,11 @@ void delete_file(const std::wstring& path)
 std::vector<std::wstring> paths_that_fit(const std::wstring& pattern, std::size_t folder_length)
 {
     std::vector<std::wstring> paths;
-    for (FolderSearch search{pattern, NormalFiles}; search.next();)
+    FolderSearch search{pattern, NormalFiles};
+    while (search.next())
         paths.push_back(pattern.substr(0, folder_length).append(search.name()));
+    if (search.failed())
+        raise_file_error(search.failure());
     return paths;
 }
 

@@ -31,15 +31,17 @@ bool admits(long admitted, DWORD attributes) noexcept
 
 FolderSearch::FolderSearch(std::wstring_view pattern, long admitted) : admitted_{admitted}
 {
-    failed_ = pattern.find(L'\0') != pattern.npos;
-    if (failed_ || pattern.empty())
+    if (pattern.find(L'\0') != pattern.npos)
+        failure_ = ERROR_INVALID_NAME;
+    if (failed() || pattern.empty())
         return;
     std::wstring path{pattern};
     if (path.back() == L'\\')
         path += L"*.*";
     const NoDiskRequests quiet;
     search_ = automation::SearchHandle{FindFirstFileW(path.c_str(), &found_)};
-    failed_ = !search_ && !means_nothing_found(GetLastError());
+    if (!search_)
+        end();
 }
 
 bool FolderSearch::next() noexcept
@@ -49,8 +51,15 @@ bool FolderSearch::next() noexcept
     while (std::exchange(at_first_, false) || FindNextFileW(search_.get(), &found_))
         if (admits(admitted_, found_.dwFileAttributes))
             return true;
-    failed_ = !means_nothing_found(GetLastError());
+    end();
     return false;
+}
+
+void FolderSearch::end() noexcept
+{
+    const DWORD reason = GetLastError();
+    if (!means_nothing_found(reason))
+        failure_ = reason;
 }
 
 bool finds(std::wstring_view pattern, long admitted)

@@ -39,7 +39,9 @@ public:
     bool next() noexcept;
     /// Whether the search itself failed, at its start or before its end: a name that can't be one, a folder that must not be
     /// read, a device that isn't ready. A missing folder is no failure, it holds nothing.
-    bool failed() const noexcept { return failed_; }
+    bool failed() const noexcept { return failure_ != 0; }
+    /// Why it failed, in the platform's code; 0 where it did not.
+    DWORD failure() const noexcept { return failure_; }
 
     std::wstring_view name() const noexcept { return found_.cFileName; }
     DWORD attributes() const noexcept { return found_.dwFileAttributes; }
@@ -48,10 +50,12 @@ public:
     bool is_link() const noexcept { return found_.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT; }
 
 private:
+    void end() noexcept;
+
     long admitted_;
     WIN32_FIND_DATAW found_;
     automation::SearchHandle search_;
-    bool failed_ = false;
+    DWORD failure_ = 0;
     bool at_first_ = true;
 };
 

@@ -38,7 +38,7 @@ public:
     std::optional<Variant> number(std::wstring_view key, VARTYPE type = VT_R8) const
     {
         Variant number;
-        if (FAILED(automation::change_type(number, Variant{std::wstring_view{text(key, {})}}, type)))
+        if (!automation::converts(number, Variant{std::wstring_view{text(key, {})}}, type))
             return std::nullopt;
         return number;
     }

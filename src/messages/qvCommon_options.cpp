@@ -8,7 +8,7 @@ bool qvCommon_options::qvObjectsInit(std::wstring_view sKey, const VARIANT& val)
     if (!automation::equal_folded(sKey, L"Language"))
         return false;
     automation::Variant number;
-    if (FAILED(automation::change_type(number, automation::followed(val), VT_R8)))
+    if (!automation::converts(number, automation::followed(val), VT_R8))
         return false;
     if (!(number.dblVal >= 0.0 && number.dblVal <= 1.0))
         return false;

@@ -3,6 +3,16 @@
 
 #include "server/delayed_import.inc"
 
+# Where what the imports lay out begins and ends: the linker sorts such sections by their names.
+        .section .data$delayed_a, "dw"
+        .balign 4
+        .globl  _first_import
+_first_import:
+        .section .data$delayed_c, "dw"
+        .balign 4
+        .globl  _end_of_imports
+_end_of_imports:
+
         import  comctl32, InitCommonControlsEx, 4
 
         import  gdi32, AbortDoc, 4

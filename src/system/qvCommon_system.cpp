@@ -48,7 +48,7 @@ void wait_with_messages(const KernelHandle& process)
         messages.handle();
 }
 
-/// While this lives, another folder may be the current one.
+/// While this lives, another folder may be the current one. Raises 7.
 class CurrentFolder {
 public:
     CurrentFolder()
@@ -56,6 +56,8 @@ public:
         DWORD length = 0;
         while ((length = GetCurrentDirectoryW(static_cast<DWORD>(former_.size()), former_.data())) > former_.size())
             former_.resize(length);
+        if (length == 0)
+            throw automation::Error{automation::Runtime::OutOfMemory};
         former_.resize(length);
     }
     ~CurrentFolder() { SetCurrentDirectoryW(former_.c_str()); }

@@ -73,7 +73,7 @@ std::wstring text_of_codes(const VARIANT& value)
     const AnsiCharacters characters;
     return text_up_to_bound(*own.parray, [&](wchar_t& place, std::size_t element) {
         Variant code;
-        if (SUCCEEDED(automation::change_type(code, elements[element], VT_I4)) && code.lVal >= 0 && code.lVal <= 0xFF)
+        if (automation::converts(code, elements[element], VT_I4) && code.lVal >= 0 && code.lVal <= 0xFF)
             place = characters[static_cast<unsigned char>(code.lVal)];
     });
 }

@@ -26,8 +26,8 @@ public:
         try {
             owners_.push_back(automation::to_text(value));
             texts_.push_back(owners_.back());
-        } catch (const std::exception&) {
-            if (texts_.empty())
+        } catch (const Error& error) {
+            if (texts_.empty() || error.number() == static_cast<std::int32_t>(Runtime::OutOfMemory))
                 throw;
             texts_.push_back(texts_.back());
         }

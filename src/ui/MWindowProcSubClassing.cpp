@@ -95,10 +95,10 @@ LRESULT CALLBACK SubclassWindowProc(HWND hwnd, UINT uMsg, WPARAM wParam, LPARAM 
 
 } // namespace
 
-WindowRegistry::WindowRegistry() noexcept
+WindowRegistry::WindowRegistry()
 {
     ULARGE_INTEGER cookie; // it stays as long as the thread
-    CoRegisterInitializeSpy(&leaving_thread, &cookie);
+    automation::check(CoRegisterInitializeSpy(&leaving_thread, &cookie));
 }
 
 WindowRegistry::Entries::iterator WindowRegistry::place_of(long hwnd) noexcept

@@ -11,7 +11,8 @@ namespace MWindowProcSubClassing {
 /// thread ends or leaves automation, as nothing of a client may be called any more after that.
 class WindowRegistry {
 public:
-    WindowRegistry() noexcept;
+    /// Raises what keeps the thread from telling when it leaves automation.
+    WindowRegistry();
     ~WindowRegistry() { end_all(); }
     WindowRegistry(const WindowRegistry&) = delete;
     WindowRegistry& operator=(const WindowRegistry&) = delete;

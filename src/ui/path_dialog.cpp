@@ -63,6 +63,8 @@ public:
     Measure(const Measure&) = delete;
     Measure& operator=(const Measure&) = delete;
 
+    /// False where the system could not say it: everything would have no size.
+    bool is_known() const noexcept { return base_.cy > 0; }
     /// Dialog units in pixels: quarters of a letter's mean width, eighths of its height.
     int across(int units) const noexcept { return MulDiv(units, base_.cx, 4); }
     int down(int units) const noexcept { return MulDiv(units, base_.cy, 8); }
@@ -269,6 +271,8 @@ void PathDialog::open()
 {
     SetWindowTextW(window_, question_.caption.c_str());
     const Measure measure{window_, font_};
+    if (!measure.is_known())
+        throw std::bad_alloc{};
     const std::wstring cancel = cancel_text();
     const RECT screen = work_area(window_);
     const int margin = measure.across(7), gap = measure.across(4), height = measure.down(14);

@@ -82,6 +82,8 @@ void qvWindowProc::put_hwnd(long value) noexcept
 {
     using MWindowProcSubClassing::WindowRegistry;
     HookWindow(false);
+    if (original_ != 0)
+        return;
     WindowRegistry::remove(hwnd_);
     // A window that is hooked, but whose messages find no object, would be dead.
     hwnd_ = WindowRegistry::add(value, Ref{this}) ? value : 0;
@@ -103,8 +105,9 @@ try {
     if (enable && original_ == 0) {
         original_ = SetWindowLongA(window, GWL_WNDPROC, MWindowProcSubClassing::procedure());
     } else if (!enable && original_ != 0) {
-        SetWindowLongA(window, GWL_WNDPROC, original_);
-        original_ = 0;
+        // While it keeps our procedure, it needs the object that knows its own.
+        if (SetWindowLongA(window, GWL_WNDPROC, original_) || !IsWindow(window))
+            original_ = 0;
     }
 } catch (...) {
 }
