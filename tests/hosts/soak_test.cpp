@@ -30,12 +30,6 @@ const bool is_full = [] {
     return std::wstring_view{length} == L"full";
 }();
 
-/// The first window and the first count take things that stay.
-[[maybe_unused]] const Holdings at_start = [] {
-    const client::TestWindow window;
-    return Holdings::now();
-}();
-
 struct Kind {
     const char* name;
     std::size_t Holdings::*count;
@@ -59,11 +53,31 @@ constexpr Kind kinds[]{
     {"bytes resident", &Holdings::resident, 4 * megabyte, megabyte},
 };
 
-/// `threads` of the platform's may be there now that were not there before.
+/// The most that there may be of a kind, with `threads` of the platform's more than before.
+std::size_t limit(const Kind& kind, const Holdings& before, unsigned threads)
+{
+    return before.*kind.count + kind.allowance + threads * kind.of_thread;
+}
+
 void expect_no_growth(const Holdings& before, const Holdings& after, unsigned threads = 0)
 {
     for (const Kind& kind : kinds)
-        EXPECT_LE(after.*kind.count, before.*kind.count + kind.allowance + threads * kind.of_thread) << kind.name;
+        EXPECT_LE(after.*kind.count, limit(kind, before, threads)) << kind.name;
+}
+
+/// What the process holds before and after some work. Where it has grown the work is done again: now and then the platform takes
+/// something late, but never twice.
+template <class Work>
+std::pair<Holdings, Holdings> count_around(const Work& work, Holdings (*count)() = &Holdings::now, unsigned threads = 0)
+{
+    Holdings before, after = count();
+    const auto has_grown = [&](const Kind& kind) { return after.*kind.count > limit(kind, before, threads); };
+    for (int i = 0; i == 0 || (i == 1 && std::ranges::any_of(kinds, has_grown)); ++i) {
+        before = after;
+        work();
+        after = count();
+    }
+    return {before, after};
 }
 
 /// What somebody who waits for a long soak wants to know.
@@ -85,9 +99,7 @@ void soak(const std::string& name, long times, const Work& work, unsigned thread
             work();
     };
     repeat(3 + times / 10);
-    const Holdings before = Holdings::now();
-    repeat(times);
-    const Holdings after = Holdings::now();
+    const auto [before, after] = count_around([&] { repeat(times); }, &Holdings::now, threads);
     expect_no_growth(before, after, threads);
     if (is_full)
         tell(name.c_str(), times, before, after);
@@ -262,6 +274,20 @@ const std::vector<AnyMember> all_members = [] {
         for (Member& member : members_of(made(one.id)))
             all.push_back({one.id, std::move(member)});
     return all;
+}();
+
+/// The first window and the first count take things that stay, and the platform still starts threads of its own: waits until all
+/// has been the same for a while.
+[[maybe_unused]] const Holdings at_start = [] {
+    const client::TestWindow window;
+    Holdings last = Holdings::now();
+    for (int same = 0, tries = 0; same < 8 && tries < 60; ++tries) {
+        Sleep(50);
+        const Holdings now = Holdings::now();
+        same = now.blocks == last.blocks && now.handles == last.handles ? same + 1 : 0;
+        last = now;
+    }
+    return last;
 }();
 
 /// What a thread of a client works with.
@@ -627,21 +653,24 @@ TEST(Soak, EveryMemberGivesBackWhatItTakes)
     const Session session;
     const auto soak_members = [&](const std::string& name, const auto& make) {
         const std::vector<Member> members = members_of(make());
-        const auto call_all = [&](int times) {
+        const auto with_each = [&](const auto& action) {
             for (const Member& member : members)
-                for (const Fit fit : {Fit::Well, Fit::Somehow, Fit::Not}) {
-                    const Holdings before = Holdings::of_heaps();
-                    for (int i = 0; i < times; ++i)
-                        call(make(), member, fit, session.folder);
-                    SCOPED_TRACE(name + "." + narrow(member.name) + " " + std::to_string(static_cast<int>(fit)));
-                    if (times > 1)
-                        expect_no_growth(before, Holdings::of_heaps());
-                }
+                for (const Fit fit : {Fit::Well, Fit::Somehow, Fit::Not})
+                    action(member, fit);
         };
-        call_all(1);
+        const auto call_once = [&](const Member& member, Fit fit) { call(make(), member, fit, session.folder); };
+        const int times = is_full ? 1000 : 5;
+        with_each(call_once);
         const Holdings before = Holdings::now();
-        const int times = is_full ? 1000 : 6;
-        call_all(times);
+        with_each([&](const Member& member, Fit fit) {
+            SCOPED_TRACE(name + "." + narrow(member.name) + " " + std::to_string(static_cast<int>(fit)));
+            const auto call_often = [&] {
+                for (int i = 0; i < times; ++i)
+                    call_once(member, fit);
+            };
+            const auto [without, with] = count_around(call_often, &Holdings::of_heaps);
+            expect_no_growth(without, with);
+        });
         const Holdings after = Holdings::now();
         SCOPED_TRACE(name);
         expect_no_growth(before, after);
@@ -686,9 +715,9 @@ TEST(Soak, EventsInOtherApartmentsTakeNoMoreThanThePlatformDoes)
 
 TEST(Soak, ThreadsThatComeAndGoLeaveNothing)
 {
-    work_on_four_threads(is_full ? 60'000 : 500);
+    work_on_four_threads(is_full ? 60'000 : 300);
     const Holdings before = Holdings::now();
-    const long done = work_on_four_threads(is_full ? 600'000 : 1000);
+    const long done = work_on_four_threads(is_full ? 600'000 : 700);
     const Holdings after = Holdings::now();
     tell("pieces of work", done, before, after);
     expect_no_growth(before, after, 8);
