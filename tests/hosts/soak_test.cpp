@@ -30,12 +30,6 @@ const bool is_full = [] {
     return std::wstring_view{length} == L"full";
 }();
 
-/// The first window and the first count take things that stay.
-[[maybe_unused]] const Holdings at_start = [] {
-    const client::TestWindow window;
-    return Holdings::now();
-}();
-
 struct Kind {
     const char* name;
     std::size_t Holdings::*count;
@@ -59,11 +53,31 @@ constexpr Kind kinds[]{
     {"bytes resident", &Holdings::resident, 4 * megabyte, megabyte},
 };
 
-/// `threads` of the platform's may be there now that were not there before.
+/// The most that there may be of a kind, with `threads` of the platform's more than before.
+std::size_t limit(const Kind& kind, const Holdings& before, unsigned threads)
+{
+    return before.*kind.count + kind.allowance + threads * kind.of_thread;
+}
+
 void expect_no_growth(const Holdings& before, const Holdings& after, unsigned threads = 0)
 {
     for (const Kind& kind : kinds)
-        EXPECT_LE(after.*kind.count, before.*kind.count + kind.allowance + threads * kind.of_thread) << kind.name;
+        EXPECT_LE(after.*kind.count, limit(kind, before, threads)) << kind.name;
+}
+
+/// What the process holds before and after some work. Where it has grown the work is done again: now and then the platform takes
+/// something late, but never twice.
+template <class Work>
+std::pair<Holdings, Holdings> count_around(const Work& work, Holdings (*count)() = &Holdings::now, unsigned threads = 0)
+{
+    Holdings before, after = count();
+    const auto has_grown = [&](const Kind& kind) { return after.*kind.count > limit(kind, before, threads); };
+    for (int i = 0; i == 0 || (i == 1 && std::ranges::any_of(kinds, has_grown)); ++i) {
+        before = after;
+        work();
+        after = count();
+    }
+    return {before, after};
 }
 
 /// What somebody who waits for a long soak wants to know.
@@ -85,9 +99,7 @@ void soak(const std::string& name, long times, const Work& work, unsigned thread
             work();
     };
     repeat(3 + times / 10);
-    const Holdings before = Holdings::now();
-    repeat(times);
-    const Holdings after = Holdings::now();
+    const auto [before, after] = count_around([&] { repeat(times); }, &Holdings::now, threads);
     expect_no_growth(before, after, threads);
     if (is_full)
         tell(name.c_str(), times, before, after);
@@ -262,6 +274,20 @@ const std::vector<AnyMember> all_members = [] {
         for (Member& member : members_of(made(one.id)))
             all.push_back({one.id, std::move(member)});
     return all;
+}();
+
+/// The first window and the first count take things that stay, and the platform still starts threads of its own: waits until all
+/// has been the same for a while.
+[[maybe_unused]] const Holdings at_start = [] {
+    const client::TestWindow window;
+    Holdings last = Holdings::now();
+    for (int same = 0, tries = 0; same < 8 && tries < 60; ++tries) {
+        Sleep(50);
+        const Holdings now = Holdings::now();
+        same = now.blocks == last.blocks && now.handles == last.handles ? same + 1 : 0;
+        last = now;
+    }
+    return last;
 }();
 
 /// What a thread of a client works with.
@@ -484,19 +510,13 @@ void hand_over_in_a_stream(Session&)
     hand_over(Object::create(L"qvObjects.qvFile").dispatch(), use_file);
 }
 
-ComPtr<IGlobalInterfaceTable> interface_table()
-{
-    ComPtr<IGlobalInterfaceTable> table;
-    EXPECT_EQ(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER, IID_IGlobalInterfaceTable,
-                               reinterpret_cast<void**>(table.GetAddressOf())), S_OK);
-    return table;
-}
-
 void hand_over_in_the_table(Session&)
 {
     const Object file = Object::create(L"qvObjects.qvFile");
-    const ComPtr<IGlobalInterfaceTable> interfaces = interface_table();
+    ComPtr<IGlobalInterfaceTable> interfaces;
     DWORD cookie = 0;
+    ASSERT_EQ(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER, IID_IGlobalInterfaceTable,
+                               reinterpret_cast<void**>(interfaces.GetAddressOf())), S_OK);
     ASSERT_EQ(interfaces->RegisterInterfaceInGlobal(file.dispatch(), IID_IDispatch, &cookie), S_OK);
     const auto receive = [&](IDispatch** proxy) {
         return interfaces->GetInterfaceFromGlobal(cookie, IID_IDispatch, reinterpret_cast<void**>(proxy));
@@ -543,35 +563,31 @@ constexpr Use uses[]{
     {"hand over in the table", hand_over_in_the_table, 10'000, 1},
 };
 
-/// A client's thread after another in this place, each of which does this and that until it has done enough.
+/// A client's thread after another, each of which does this and that until it has done enough, and meanwhile uses an object of
+/// this one. Wine lets no more than 60 apartments of a process hand over anything, and those that come and go hand over nothing.
 void work_in_turns(ULONGLONG end, std::atomic<long>& done)
 {
+    const Apartment apartment;
     while (GetTickCount64() < end && !testing::Test::HasFailure())
-        std::thread{[&] {
+        hand_over(made(__uuidof(qvFile)).dispatch(), [&](const Object& file) {
             Session session;
             for (int i = 0; i < 20 && GetTickCount64() < end; ++i, ++done) {
-                uses[session.random() % std::size(uses)].once(session);
+                const Use& use = uses[session.random() % std::size(uses)];
+                use.threads == 0 ? use.once(session) : use_file(file);
                 for (int j = 0; j < 10; ++j)
                     call_anything(session);
             }
-        }}.join();
+        });
 }
 
-/// One object is handed over all the time: Wine waits for ever now and then where the last one goes while another one comes.
 long work_on_four_threads(ULONGLONG milliseconds)
 {
-    const Apartment apartment;
-    const Object kept = made(__uuidof(qvFile));
-    const ComPtr<IGlobalInterfaceTable> interfaces = interface_table();
-    DWORD cookie = 0;
-    EXPECT_EQ(interfaces->RegisterInterfaceInGlobal(kept.dispatch(), IID_IDispatch, &cookie), S_OK);
     std::atomic<long> done = 0;
     std::vector<std::thread> places;
     for (int i = 0; i < 4; ++i)
         places.emplace_back(work_in_turns, GetTickCount64() + milliseconds, std::ref(done));
     for (std::thread& place : places)
         place.join();
-    EXPECT_EQ(interfaces->RevokeInterfaceFromGlobal(cookie), S_OK);
     return done;
 }
 
@@ -637,21 +653,24 @@ TEST(Soak, EveryMemberGivesBackWhatItTakes)
     const Session session;
     const auto soak_members = [&](const std::string& name, const auto& make) {
         const std::vector<Member> members = members_of(make());
-        const auto call_all = [&](int times) {
+        const auto with_each = [&](const auto& action) {
             for (const Member& member : members)
-                for (const Fit fit : {Fit::Well, Fit::Somehow, Fit::Not}) {
-                    const Holdings before = Holdings::of_heaps();
-                    for (int i = 0; i < times; ++i)
-                        call(make(), member, fit, session.folder);
-                    SCOPED_TRACE(name + "." + narrow(member.name) + " " + std::to_string(static_cast<int>(fit)));
-                    if (times > 1)
-                        expect_no_growth(before, Holdings::of_heaps());
-                }
+                for (const Fit fit : {Fit::Well, Fit::Somehow, Fit::Not})
+                    action(member, fit);
         };
-        call_all(1);
+        const auto call_once = [&](const Member& member, Fit fit) { call(make(), member, fit, session.folder); };
+        const int times = is_full ? 1000 : 5;
+        with_each(call_once);
         const Holdings before = Holdings::now();
-        const int times = is_full ? 1000 : 6;
-        call_all(times);
+        with_each([&](const Member& member, Fit fit) {
+            SCOPED_TRACE(name + "." + narrow(member.name) + " " + std::to_string(static_cast<int>(fit)));
+            const auto call_often = [&] {
+                for (int i = 0; i < times; ++i)
+                    call_once(member, fit);
+            };
+            const auto [without, with] = count_around(call_often, &Holdings::of_heaps);
+            expect_no_growth(without, with);
+        });
         const Holdings after = Holdings::now();
         SCOPED_TRACE(name);
         expect_no_growth(before, after);
@@ -671,7 +690,7 @@ TEST(Soak, UsesLeaveNothing)
         soak(use.name, is_full ? use.times : 10, [&] { use.once(session); }, use.threads);
 }
 
-// Wine keeps two handles of every call back into another apartment, whosever object it is, and knows no more than 64 of them.
+// Wine keeps two handles of every apartment that has handed over anything, a sink here, whosever object it is.
 TEST(Soak, EventsInOtherApartmentsTakeNoMoreThanThePlatformDoes)
 {
     const Apartment apartment;
@@ -696,9 +715,9 @@ TEST(Soak, EventsInOtherApartmentsTakeNoMoreThanThePlatformDoes)
 
 TEST(Soak, ThreadsThatComeAndGoLeaveNothing)
 {
-    work_on_four_threads(is_full ? 60'000 : 500);
+    work_on_four_threads(is_full ? 60'000 : 300);
     const Holdings before = Holdings::now();
-    const long done = work_on_four_threads(is_full ? 600'000 : 1000);
+    const long done = work_on_four_threads(is_full ? 600'000 : 700);
     const Holdings after = Holdings::now();
     tell("pieces of work", done, before, after);
     expect_no_growth(before, after, 8);
