@@ -19,10 +19,33 @@ using automation::Variant;
 
 using Operation = HRESULT(WINAPI*)(VARIANT*, VARIANT*, VARIANT*);
 
+/// The type in which the platform calculates with integers that scripts don't have: compilers give small ones the narrowest type,
+/// and not every platform's arithmetic knows it.
+VARTYPE calculating_type(VARTYPE type) noexcept
+{
+    switch (type) {
+    case VT_I1:
+        return VT_I2;
+    case VT_UI2:
+    case VT_INT:
+        return VT_I4;
+    case VT_UI4:
+    case VT_UINT:
+        return VT_R8;
+    case VT_UI8:
+        return VT_DECIMAL;
+    default:
+        return type;
+    }
+}
+
 /// An operand: an object stands for its default value.
 Variant operand(Variant own)
 {
-    return own.vt == VT_DISPATCH ? automation::default_value(own.pdispVal) : own;
+    if (own.vt == VT_DISPATCH)
+        own = automation::default_value(own.pdispVal);
+    const VARTYPE type = calculating_type(own.vt);
+    return type == own.vt ? std::move(own) : automation::converted(own, type);
 }
 
 Variant operand(const VARIANT& value)

@@ -29,6 +29,8 @@ TEST_F(Math, MMultTakesTablesAndNumbers)
 {
     double number = 2.5;
     Thing two{2};
+    Value narrow = Value::of_type(VT_I1); // as compilers pass a small number
+    narrow.cVal = -2;
     const struct {
         Value left, right;
         const wchar_t* expected;
@@ -38,6 +40,8 @@ TEST_F(Math, MMultTakesTablesAndNumbers)
               {table(VT_VARIANT, 5, 3, {{L"1", 2., short{3}}, {4, 5, 6}}), three_by_two, L"Double 5,0: (31 302)(64 605)"},
               {table(VT_DISPATCH, 0, 0, {{&two, &two}}), table(VT_R8, 0, 0, {{1}, {.5}}), L"Double 0,0: (3)"},
               {two_by_three, 2, L"Double 5,-1: (2 4 6)(8 10 12)"},
+              {two_by_three, Value{narrow}, L"Double 5,-1: (-2 -4 -6)(-8 -10 -12)"},
+              {table(VT_UI2, 0, 0, {{1, 2}}), table(VT_UI4, 0, 0, {{3}, {4}}), L"Double 0,0: (11)"},
               {L"2", two_by_three, L"Double 5,-1: (2 4 6)(8 10 12)"},
               {&two, three_by_two, L"Double 1,0: (2 0)(0 2)(20 200)"},
               {&two, 3, L"6&"},
