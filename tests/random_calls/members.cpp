@@ -55,9 +55,13 @@ Class class_of(ITypeInfo& info, const TYPEATTR& attributes)
         require(SUCCEEDED(info.GetFuncDesc(i, &function)), "a member without a description");
         if (function->oVft >= first_own_slot) {
             Member member{name_of(info, function->memid), function->memid, static_cast<WORD>(function->invkind), {}};
-            for (SHORT p = 0; p < function->cParams; ++p)
-                if (!(function->lprgelemdescParam[p].paramdesc.wParamFlags & PARAMFLAG_FRETVAL))
-                    member.parameters.push_back(parameter_of(info, function->lprgelemdescParam[p].tdesc));
+            for (SHORT p = 0; p < function->cParams; ++p) {
+                const ELEMDESC& parameter = function->lprgelemdescParam[p];
+                if (parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL)
+                    continue;
+                member.parameters.push_back(parameter_of(info, parameter.tdesc));
+                member.parameters.back().optional = parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT;
+            }
             made.members.push_back(std::move(member));
         }
         info.ReleaseFuncDesc(function);

@@ -13,6 +13,7 @@ namespace members {
 struct Parameter {
     VARTYPE type; ///< without VT_BYREF
     bool by_reference;
+    bool optional = false;
 };
 
 struct Member {

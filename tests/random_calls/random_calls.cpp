@@ -10,8 +10,9 @@
 #include "random_calls/any_object.h"
 #include "random_calls/fault.h"
 
+#include <imm.h>
+
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -43,7 +44,7 @@ bool tell_place(const void* place)
 {
     HMODULE module = nullptr;
     char name[MAX_PATH] = "?";
-    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+    if (!place || !GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                             static_cast<const char*>(place), &module))
         return false;
     GetModuleFileNameA(module, name, MAX_PATH);
@@ -217,17 +218,15 @@ public:
             values_.objects.push_back(clients_.emplace_back(std::make_unique<AnyObject>(values_, *this, i)).get());
     }
 
-    /// On a thread of its own, as what the library keeps for a thread goes when that ends.
     void run()
     {
-        std::thread{[this] {
-            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-            const HWND window = CreateWindowExW(0, L"STATIC", L"a client", 0, 0, 0, 100, 50, nullptr, nullptr, nullptr, nullptr);
-            values_.window = static_cast<long>(reinterpret_cast<LONG_PTR>(window));
-            call_all(2);
-            end();
-            CoUninitialize();
-        }}.join();
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        const HWND window = CreateWindowExW(0, L"STATIC", L"a client", 0, 0, 0, 100, 50, nullptr, nullptr, nullptr, nullptr);
+        values_.window = static_cast<long>(reinterpret_cast<LONG_PTR>(window));
+        call_all(2);
+        end();
+        DestroyWindow(window);
+        CoUninitialize(); // what the library keeps for the thread goes
         for (const auto& object : clients_)
             require(object->references() == 1, "somebody holds an object of the client");
         const auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
@@ -332,10 +331,12 @@ private:
     void make_arguments(const members::Member& member, bool harmless)
     {
         const std::size_t wanted = member.parameters.size();
-        const std::size_t count = values_.one_in(5) ? values_.below(wanted + 3) : wanted;
+        std::size_t count = values_.one_in(6) ? values_.below(wanted + 3) : wanted;
+        while (count > 0 && count <= wanted && member.parameters[count - 1].optional && values_.one_in(2))
+            --count;
         arguments_.clear();
         for (std::size_t i = 0; i < count; ++i) {
-            const members::Parameter parameter = i < wanted ? member.parameters[i] : members::Parameter{VT_VARIANT, false};
+            const members::Parameter parameter = i < wanted ? member.parameters[i] : members::Parameter{VT_VARIANT, false, true};
             arguments_.push_back(std::make_unique<Argument>(values_, parameter.type, parameter.by_reference, harmless));
         }
     }
@@ -419,6 +420,8 @@ private:
         const FloatingModes modes = FloatingModes::now();
         FloatingModes{0x037F, 0x1F80}.set();
 
+        if (traces)
+            std::printf("    = %lx %ls\n", outcome, exception.bstrDescription ? exception.bstrDescription : L"");
         require(modes == client_modes, "the caller's floating-point modes have changed");
         check_outcome(outcome, wants_exception, exception, result, bad_argument);
         for (const auto& argument : arguments_)
@@ -560,8 +563,10 @@ int main(int count, char** arguments)
             return std::printf("%s is no option\n", arguments[i]), 2;
     }
     SetUnhandledExceptionFilter(tell_of_crash);
+    ImmDisableIME(static_cast<DWORD>(-1)); // it would keep the thread in its apartment to the end
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     const members::Library library = members::read(library_file().c_str());
+    CoUninitialize();
     std::thread{watch}.detach();
     const Folder folder;
     const Settings settings;

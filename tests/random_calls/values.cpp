@@ -297,7 +297,7 @@ SAFEARRAY* Values::array(VARTYPE type, int depth)
     if (dimensions == 1 && one_in(20))
         bounds[0].cElements = 3000;
     SAFEARRAY* made = nullptr;
-    if (one_in(25)) {
+    if (!record && one_in(25)) {
         SafeArrayAllocDescriptorEx(type, dimensions, &made); // dimensions without elements
         return made;
     }
@@ -450,7 +450,8 @@ void Argument::check(bool succeeded, bool may_change) const
         VARTYPE type = VT_EMPTY;
         SafeArrayGetVartype(content_.parray, &type);
         require(content_.parray->cLocks == (locked_ && content_.parray == special_), "an array stays locked");
-        require(special_ == nullptr || content_.parray == special_, "an array that must stay was replaced");
+        const bool must_stay = special_ && (locked_ || ((passed_.vt | between_.vt) & VT_ARRAY)); // a Variant takes another one
+        require(!must_stay || content_.parray == special_, "an array that must stay was replaced");
     }
     require(!(content_.vt & VT_BYREF), "a variable leads to another one");
     image_of(content_);
