@@ -20,7 +20,7 @@ HWND window_of(IDispatch* owner)
     return automation::handle_from<HWND>(number);
 }
 
-/// Whether the shell's functions for files take these paths, each with a NUL at its end. They may write longer ones over the stack.
+/// Whether the shell takes these paths, each with a NUL at its end. It may write longer ones over the stack.
 bool fit_shell(std::wstring_view paths)
 {
     for (std::size_t end; (end = paths.find(L'\0')) != paths.npos; paths.remove_prefix(end + 1))

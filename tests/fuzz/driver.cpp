@@ -54,7 +54,7 @@ int save_seeds(const std::filesystem::path& folder)
 {
     int number = 0;
     for (const std::string& seed : fuzz_seeds())
-        std::ofstream{folder / ("seed" + std::to_string(number++)), std::ios::binary}.write(seed.data(), static_cast<std::streamsize>(seed.size()));
+        std::ofstream{folder / ("seed" + std::to_string(number++)), std::ios::binary} << seed;
     return 0;
 }
 

@@ -24,7 +24,7 @@ HRESULT AnyObject::Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VAR
         client_.interrupted();
     if (--patience < 0 || (!willing() && values_.one_in(20))) {
         if (!exception || values_.one_in(2))
-            return values_.one_of({E_FAIL, DISP_E_MEMBERNOTFOUND, DISP_E_TYPEMISMATCH, DISP_E_BADPARAMCOUNT, E_OUTOFMEMORY});
+            return values_.one_of({DISP_E_MEMBERNOTFOUND, DISP_E_TYPEMISMATCH, DISP_E_BADPARAMCOUNT, E_OUTOFMEMORY});
         *exception = {};
         exception->scode = values_.one_of({0x800A000D, 0x800A01C9, 0x80004005, 0x80070005});
         exception->bstrDescription = values_.one_in(2) ? SysAllocString(L"the client's own") : nullptr;

@@ -109,7 +109,8 @@ Library read(const wchar_t* file)
         if (attributes.wTypeFlags & TYPEFLAG_FDUAL)
             library.classes.push_back(class_of(info, attributes));
     });
-    for_each_type(*types, TKIND_COCLASS, [&](ITypeInfo& info, const TYPEATTR& attributes) { name_creatable(library, info, attributes); });
+    for_each_type(*types, TKIND_COCLASS,
+                  [&](ITypeInfo& info, const TYPEATTR& attributes) { name_creatable(library, info, attributes); });
     for_each_type(*types, TKIND_RECORD, [&](ITypeInfo& info, const TYPEATTR&) {
         IRecordInfo* record = nullptr;
         if (SUCCEEDED(GetRecordInfoFromTypeInfo(&info, &record)))

@@ -48,7 +48,8 @@ bool tell_place(const void* place)
                             static_cast<const char*>(place), &module))
         return false;
     GetModuleFileNameA(module, name, MAX_PATH);
-    std::printf("  %s + %x\n", name, static_cast<unsigned>(static_cast<const char*>(place) - reinterpret_cast<const char*>(module)));
+    const auto offset = static_cast<const char*>(place) - reinterpret_cast<const char*>(module);
+    std::printf("  %s + %x\n", name, static_cast<unsigned>(offset));
     return true;
 }
 
@@ -72,7 +73,8 @@ BOOL CALLBACK close_dialog(HWND window, LPARAM round)
     char kind[16] = "";
     GetWindowThreadProcessId(window, &process);
     GetClassNameA(window, kind, sizeof kind);
-    if (process == GetCurrentProcessId() && kind == std::string_view{"#32770"} && IsWindowVisible(window) && IsWindowEnabled(window))
+    const bool is_own_dialog = process == GetCurrentProcessId() && kind == std::string_view{"#32770"};
+    if (is_own_dialog && IsWindowVisible(window) && IsWindowEnabled(window))
         PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(buttons[round % 4]), 0);
     return TRUE;
 }
@@ -96,7 +98,7 @@ void watch()
 }
 
 /// Members that get harmless arguments only.
-bool takes_harmless_only(const std::wstring& face, const members::Member& member)
+bool takes_harmless_only(const members::Member& member)
 {
     static const std::set<std::wstring> names{
         // a number may be that of a process that others need
@@ -108,7 +110,7 @@ bool takes_harmless_only(const std::wstring& face, const members::Member& member
         // a name alone is that of a file in the system's folder; Wine writes a long one over its stack
         L"WritePrivateProfileString", L"WritePPs", L"GetPrivateProfileString", L"GetPPs", L"GetPPSectionStr", L"GetPPSectionCol",
         L"GetPPSectionDic", L"GetPPSectionNamesStr", L"GetPPSectionNamesCol", L"GetPPSectionNamesDic"};
-    return (face == L"_qvWindowProc" || face == L"_qvCommon" || face == L"_qvAPI" || face == L"_qvFile") && names.contains(member.name);
+    return names.contains(member.name);
 }
 
 /// Members that tell their caller, before all else, which file it is.
@@ -199,9 +201,10 @@ using Statistics = std::map<std::pair<std::wstring, std::wstring>, Reached>;
 /// What calls by name may give, apart from success.
 bool is_known(HRESULT result)
 {
-    static const std::set<HRESULT> known{DISP_E_EXCEPTION,      DISP_E_BADPARAMCOUNT,  DISP_E_TYPEMISMATCH, DISP_E_MEMBERNOTFOUND,
-                                         DISP_E_PARAMNOTFOUND,  DISP_E_PARAMNOTOPTIONAL, DISP_E_OVERFLOW,   DISP_E_UNKNOWNINTERFACE,
-                                         DISP_E_BADVARTYPE,       E_OUTOFMEMORY, E_INVALIDARG};
+    static const std::set<HRESULT> known{DISP_E_EXCEPTION,     DISP_E_BADPARAMCOUNT,    DISP_E_TYPEMISMATCH,
+                                         DISP_E_MEMBERNOTFOUND, DISP_E_PARAMNOTFOUND,    DISP_E_PARAMNOTOPTIONAL,
+                                         DISP_E_OVERFLOW,       DISP_E_BADVARTYPE,       E_OUTOFMEMORY,
+                                         E_INVALIDARG};
     return known.contains(result);
 }
 
@@ -260,8 +263,8 @@ private:
         auto& kept = pool_[one.face];
         if (one.id != CLSID_NULL && (kept.empty() || values_.one_in(10))) {
             IDispatch* made = nullptr;
-            require(CoCreateInstance(one.id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&made)) == S_OK,
-                    "no object of a class can be made");
+            const HRESULT creation = CoCreateInstance(one.id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&made));
+            require(creation == S_OK, "no object of a class can be made");
             keep(made);
             prepare(*made);
             return made;
@@ -279,7 +282,8 @@ private:
         BSTR name = nullptr;
         if (FAILED(object->GetTypeInfo(0, 0, &info)) || !info)
             return;
-        require(SUCCEEDED(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr)), "an object without a description");
+        const HRESULT naming = info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
+        require(naming == S_OK, "an object without a description");
         auto& kept = pool_[name];
         info->Release();
         if (may_hold_itself(name))
@@ -356,8 +360,8 @@ private:
 
     void describe(const members::Class& one, const members::Member& member, WORD flags, const std::vector<DISPID>& names)
     {
-        int length = std::snprintf(last_call, sizeof last_call, "%ls.%ls, flags %u, %u named", one.face.c_str(), member.name.c_str(), flags,
-                                   static_cast<unsigned>(names.size()));
+        int length = std::snprintf(last_call, sizeof last_call, "%ls.%ls, flags %u, %u named", one.face.c_str(), member.name.c_str(),
+                                   flags, static_cast<unsigned>(names.size()));
         for (const auto& argument : arguments_)
             if (length < static_cast<int>(sizeof last_call) - 400)
                 length += std::snprintf(last_call + length, sizeof last_call - static_cast<std::size_t>(length), "\n    %s",
@@ -375,7 +379,7 @@ private:
         DISPID id = DISPID_UNKNOWN;
         auto* text = name.data();
         if (member.id != DISPID_NEWENUM)
-            require(object.GetIDsOfNames(IID_NULL, &text, 1, 0, &id) == S_OK && id == member.id, "a member is not found by its name");
+            require(object.GetIDsOfNames(IID_NULL, &text, 1, 0, &id) == S_OK && id == member.id, "a name finds another member");
         return member.id;
     }
 
@@ -391,16 +395,17 @@ private:
     {
         ++calls_in_session;
         folder_.enter();
-        make_arguments(member, takes_harmless_only(one.face, member));
+        make_arguments(member, takes_harmless_only(member));
         std::vector<DISPID> names = this->names(member);
-        const WORD flags = values_.one_in(12) ? static_cast<WORD>(values_.below(16))
-                         : member.kind == DISPATCH_PROPERTYGET || member.kind == DISPATCH_METHOD ? (values_.one_in(2) ? 3 : member.kind)
-                                                                                               : member.kind;
+        constexpr WORD get = DISPATCH_METHOD | DISPATCH_PROPERTYGET; // as scripts send it
+        const WORD flags = values_.one_in(12)                        ? static_cast<WORD>(values_.below(16))
+                         : (member.kind & get) && values_.one_in(2) ? get
+                                                                     : member.kind;
         describe(one, member, flags, names);
         std::vector<VARIANTARG> reversed(arguments_.size() + 1);
         for (std::size_t i = 0; i < arguments_.size(); ++i)
             reversed[arguments_.size() - 1 - i] = arguments_[i]->passed();
-        DISPPARAMS parameters{arguments_.empty() && values_.one_in(2) ? nullptr : reversed.data(), names.empty() ? nullptr : names.data(),
+        DISPPARAMS parameters{arguments_.empty() ? nullptr : reversed.data(), names.empty() ? nullptr : names.data(),
                               static_cast<UINT>(arguments_.size()), static_cast<UINT>(names.size())};
         const DISPID id = id_of(member, object);
         const bool wants_result = !values_.one_in(10), wants_exception = !values_.one_in(10), wants_place = !values_.one_in(10);
@@ -414,8 +419,9 @@ private:
         client_modes.sse = values_.one_of({0x1F80u, 0x5F80u, 0x3F80u});
         client_modes.set();
         call_began = std::max<DWORD>(1, GetTickCount());
-        const HRESULT outcome = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, wants_result ? &result : nullptr,
-                                              wants_exception ? &exception : nullptr, wants_place ? &bad_argument : nullptr);
+        const HRESULT outcome = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                              wants_result ? &result : nullptr, wants_exception ? &exception : nullptr,
+                                              wants_place ? &bad_argument : nullptr);
         call_began = 0;
         const FloatingModes modes = FloatingModes::now();
         FloatingModes{0x037F, 0x1F80}.set();
@@ -530,8 +536,8 @@ void report(const members::Library& library, const Statistics& statistics, unsig
         if (traces && reached.successes == 0)
             std::printf("never succeeded: %ls.%ls, %lu calls\n", name.first.c_str(), name.second.c_str(), reached.calls);
     }
-    std::printf("%lu sessions, %lu calls of %lu members, %lu succeeded, of %lu members, %.0f s\n", sessions, calls, members, successes,
-                succeeding, seconds);
+    std::printf("%lu sessions, %lu calls of %lu members, %lu succeeded, of %lu members, %.0f s\n", sessions, calls, members,
+                successes, succeeding, seconds);
     for (const members::Class& one : library.classes)
         for (const members::Member& member : one.members)
             if (one.face != L"_CFile_sNames" && !statistics.contains({one.face, member.name})) {

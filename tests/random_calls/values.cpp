@@ -15,8 +15,9 @@ namespace {
 
 constexpr unsigned sse_flags = 0x3F;
 
-constexpr VARTYPE element_types[]{VT_I1, VT_UI1, VT_I2,  VT_UI2, VT_I4,   VT_UI4,  VT_I8,       VT_UI8,     VT_INT,     VT_UINT,   VT_R4,
-                                  VT_R8, VT_CY,  VT_DATE, VT_BSTR, VT_ERROR, VT_BOOL, VT_DISPATCH, VT_UNKNOWN, VT_DECIMAL, VT_RECORD, VT_VARIANT};
+constexpr VARTYPE element_types[]{VT_I1, VT_UI1, VT_I2,  VT_UI2,   VT_I4,   VT_UI4,      VT_I8,      VT_UI8,     VT_INT,    VT_UINT, VT_R4,
+                                  VT_R8, VT_CY,  VT_DATE, VT_BSTR, VT_ERROR, VT_DISPATCH, VT_UNKNOWN, VT_DECIMAL, VT_RECORD, VT_BOOL,
+                                  VT_VARIANT};
 
 void append(std::string& image, const void* bytes, std::size_t size)
 {
@@ -164,7 +165,8 @@ double Values::real()
     using Limits = std::numeric_limits<double>;
     if (!one_in(3))
         return static_cast<double>(number()) / 4;
-    return one_of({Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), 1e308, -1e308, 5e-324, -0.0, 2147483648.0, 1e15 + 0.3});
+    return one_of({Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), Limits::max(), -Limits::max(),
+                   Limits::denorm_min(), -0.0, 2147483648.0, 1e15 + 0.3});
 }
 
 BSTR Values::text()
@@ -172,9 +174,10 @@ BSTR Values::text()
     using namespace std::string_view_literals;
     static constexpr std::wstring_view texts[]{
         L""sv, L"a"sv, L"b.txt"sv, L"sub"sv, L"sub\\c.ini"sv, L"sub\\"sv, L"*"sv, L"*.txt"sv, L"?"sv, L"NUL"sv, L"COM9"sv,
-        L"nul.txt"sv, L"Gr\u00F6\u00DFe.dat"sv, L"\u6F22\u5B57.ini"sv, L"\xD800x"sv, L"a\0b"sv, L"\0"sv, L" "sv, L"1"sv, L"-1"sv, L"1,5"sv,
-        L"1e400"sv, L"&HFF"sv, L"True"sv, L"wahr"sv, L"|1 and |2|a|n"sv, L"[x]"sv, L"[x] {"sv, L"}"sv, L"k=v"sv, L"Main"sv,
-        L"{00020400-0000-0000-C000-000000000046}"sv, L"http://x"sv, L"7F"sv, L"\"a b\" c"sv, L"2024-02-30"sv, L"GUID"sv, L"LANGUAGE"sv};
+        L"nul.txt"sv, L"Gr\u00F6\u00DFe.dat"sv, L"\u6F22\u5B57.ini"sv, L"\xD800x"sv, L"a\0b"sv, L"\0"sv, L" "sv, L"1"sv, L"-1"sv,
+        L"1,5"sv, L"1e400"sv, L"&HFF"sv, L"True"sv, L"wahr"sv, L"|1 and |2|a|n"sv, L"[x]"sv, L"[x] {"sv, L"}"sv, L"k=v"sv, L"Main"sv,
+        L"{00020400-0000-0000-C000-000000000046}"sv, L"http://x"sv, L"7F"sv, L"\"a b\" c"sv, L"2024-02-30"sv, L"GUID"sv,
+        L"LANGUAGE"sv};
     switch (below(12)) {
     case 0:
         return nullptr;
@@ -365,7 +368,10 @@ Argument::Argument(Values& values, VARTYPE type, bool by_reference, bool harmles
         special_ = content_.parray;
         features_ = special_->fFeatures;
         locked_ = values.one_in(2);
-        locked_ ? void(SafeArrayLock(special_)) : void(special_->fFeatures |= values.one_of({FADF_FIXEDSIZE, FADF_FIXEDSIZE | FADF_STATIC}));
+        if (locked_)
+            SafeArrayLock(special_);
+        else
+            special_->fFeatures |= values.one_of({FADF_FIXEDSIZE, FADF_FIXEDSIZE | FADF_STATIC});
     }
     refer(values, by_reference);
     before_ = image_of(content_);
@@ -444,7 +450,8 @@ void Argument::check(bool succeeded, bool may_change) const
         passed += image_of(between_);
     const bool by_value = !(passed_.vt & VT_BYREF);
     if (by_value || (!succeeded && !may_change))
-        require(changed_ || image_of(content_) == before_, by_value ? "a value of the caller has changed" : "a failed call has changed a variable");
+        require(changed_ || image_of(content_) == before_,
+                by_value ? "a value of the caller has changed" : "a failed call has changed a variable");
     require(changed_ || passed == passed_before_, "an argument itself has changed");
     if (content_.vt & VT_ARRAY && content_.parray) {
         VARTYPE type = VT_EMPTY;
