@@ -157,16 +157,30 @@ public:
             }
     }
     void enter() const { require(SetCurrentDirectoryW(path_.c_str()), "the folder is gone"); }
-    void clear() const
-    {
-        std::error_code none;
-        for (const auto& entry : std::filesystem::directory_iterator{path_, none}) {
-            SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
-            std::filesystem::remove_all(entry.path(), none);
-        }
-    }
+    void clear() const { clear(path_); }
 
 private:
+    /// What can't be deleted stays. The standard library's function would try for ever.
+    static void clear(const std::wstring& folder)
+    {
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+        for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+            const std::wstring name = found.cFileName, path = folder + L"\\" + name;
+            if (name == L"." || name == L"..")
+                continue;
+            SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+            if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
+                DeleteFileW(path.c_str());
+                continue;
+            }
+            clear(path);
+            RemoveDirectoryW(path.c_str());
+        }
+        if (search != INVALID_HANDLE_VALUE)
+            FindClose(search);
+    }
+
     std::filesystem::path path_;
 };
 
