@@ -8,7 +8,7 @@
 namespace automation {
 
 /// Latin-1 in upper case: nearly every character of a name is there.
-inline constexpr std::array<wchar_t, 256> folded_latin = [] {
+inline constexpr std::array<wchar_t, 256> folded_latin = []() {
     std::array<wchar_t, 256> table{};
     for (unsigned i = 0; i < table.size(); ++i) {
         const bool lower = (i >= L'a' && i <= L'z') || (i >= 0xE0 && i <= 0xFE && i != 0xF7);

@@ -1,6 +1,7 @@
 #include "automation/late_bound.h"
 
 #include "automation/border.h"
+#include "automation/floating_control.h"
 #include "automation/late_call.h"
 
 #include <algorithm>
@@ -46,6 +47,7 @@ HRESULT invoke_default(void* object, const Function& get, DISPPARAMS& given, LCI
         return exception_of(answer([] { throw Error{Runtime::ObjectNotSet}; }), exception);
     DISPPARAMS rest = given;
     rest.cArgs -= taken;
+    const CalculatesAsClient as_client; // the object may be one of the client's
     return target.pdispVal->Invoke(DISPID_VALUE, IID_NULL, locale, flags, &rest, result, exception, bad_argument);
 }
 

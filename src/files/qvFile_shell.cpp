@@ -20,6 +20,15 @@ HWND window_of(IDispatch* owner)
     return automation::handle_from<HWND>(number);
 }
 
+/// Whether the shell takes these paths, each with a NUL at its end. It may write longer ones over the stack.
+bool fit_shell(std::wstring_view paths)
+{
+    for (std::size_t end; (end = paths.find(L'\0')) != paths.npos; paths.remove_prefix(end + 1))
+        if (end >= MAX_PATH)
+            return false;
+    return true;
+}
+
 } // namespace
 
 std::wstring qvFile_shell::SelectFolder95(long StartFolderID, IDispatch* Owner, std::wstring_view stTitle, long Flags)
@@ -51,9 +60,10 @@ bool qvFile_shell::qvMoveToRecycle(std::wstring_view sFile, bool fShowMessages)
     operation.wFunc = FO_DELETE;
     operation.pFrom = files.c_str();
     operation.fFlags = FOF_ALLOWUNDO;
+    constexpr int too_long = 0x79; // the shell's own number
     const int failure = [&] {
         const automation::CalculatesAsClient as_client;
-        return SHFileOperationW(&operation);
+        return fit_shell(files) ? SHFileOperationW(&operation) : too_long;
     }();
     if (failure == 0 && !operation.fAnyOperationsAborted)
         return true;

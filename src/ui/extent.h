@@ -19,10 +19,10 @@ struct Extent {
     /// A length in twips as one in pixels. Raises 6.
     float in_pixels(float twips) const
     {
-        const auto pixels = static_cast<float>(twips / twips_per_pixel());
-        if (std::isinf(pixels) && !std::isinf(twips))
+        const auto length = static_cast<float>(twips / twips_per_pixel());
+        if (std::isinf(length) && !std::isinf(twips))
             throw automation::Error{automation::Runtime::Overflow};
-        return pixels;
+        return length;
     }
 };
 

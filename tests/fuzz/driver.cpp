@@ -1,7 +1,9 @@
 // Runs a fuzzer on mutated inputs, the same ones for the same seed:
 //
-//     <name>_fuzz [--runs N] [--seconds T] [--seed S] [--longest BYTES]
+//     <name>_fuzz [--runs N] [--seconds T] [--seed S] [--longest BYTES] [FOLDER...]
+//                               runs the inputs kept in these folders, then mutates them, too
 //     <name>_fuzz FILE...       runs these inputs again
+//     <name>_fuzz --seeds FOLDER   puts the inputs to start from there
 //
 // An input that ends the program is left beside it as <name>_fuzz.failed.
 #include "fuzz/driver.h"
@@ -13,11 +15,13 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <random>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -30,14 +34,47 @@ void save_input()
     std::fprintf(stderr, "the input is in %s\n", failed_path.c_str());
 }
 
-void run_input()
+std::string bytes_of(const std::filesystem::path& path)
+{
+    std::ifstream file{path, std::ios::binary};
+    return {std::istreambuf_iterator<char>{file}, {}};
+}
+
+/// The same in the same order, wherever they are.
+std::vector<std::string> inputs_in(const std::filesystem::path& folder)
+{
+    std::vector<std::string> inputs;
+    for (const auto& entry : std::filesystem::directory_iterator{folder})
+        inputs.push_back(bytes_of(entry.path()));
+    std::ranges::sort(inputs);
+    return inputs;
+}
+
+int save_seeds(const std::filesystem::path& folder)
+{
+    int number = 0;
+    for (const std::string& seed : fuzz_seeds())
+        std::ofstream{folder / ("seed" + std::to_string(number++)), std::ios::binary} << seed;
+    return 0;
+}
+
+void run()
 {
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
+void run_input(const std::string& bytes)
+{
+    input = bytes;
+    run();
+}
+
 class Mutator {
 public:
-    Mutator(unsigned seed, std::size_t longest) : random_{seed}, longest_{longest}, seeds_{fuzz_seeds()} {}
+    Mutator(unsigned seed, std::size_t longest, std::vector<std::string> seeds)
+        : random_{seed}, longest_{longest}, seeds_{std::move(seeds)}
+    {
+    }
 
     void mutate(std::string& bytes)
     {
@@ -90,14 +127,6 @@ private:
 
 } // namespace
 
-void fuzz_require(bool holds, const char* message)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "%s\n", message);
-    std::abort();
-}
-
 int main(int count, char** arguments)
 {
     const std::string_view program = arguments[0];
@@ -109,30 +138,39 @@ int main(int count, char** arguments)
     double runs = 20'000, longest = 4096, seed = 1, seconds = 0;
     const std::map<std::string_view, double*> options{
         {"--runs", &runs}, {"--longest", &longest}, {"--seed", &seed}, {"--seconds", &seconds}};
+    std::vector<std::string> seeds = fuzz_seeds();
     bool given = false;
     for (int i = 1; i < count; ++i) {
         if (const auto option = options.find(arguments[i]); option != options.end() && i + 1 < count) {
             *option->second = std::strtod(arguments[++i], nullptr);
             continue;
         }
-        std::ifstream file{arguments[i], std::ios::binary};
-        if (!file)
-            return std::fprintf(stderr, "%s is no option and no file that can be read\n", arguments[i]), 2;
-        input.assign(std::istreambuf_iterator<char>{file}, {});
-        run_input();
-        given = true;
+        if (arguments[i] == std::string_view{"--seeds"} && i + 1 < count)
+            return save_seeds(arguments[i + 1]);
+        const std::filesystem::path path = arguments[i];
+        if (std::filesystem::is_directory(path)) {
+            for (const std::string& kept : inputs_in(path)) {
+                run_input(kept);
+                seeds.push_back(kept);
+            }
+        } else if (std::filesystem::is_regular_file(path)) {
+            run_input(bytes_of(path));
+            given = true;
+        } else {
+            return std::fprintf(stderr, "%s is no option, and no file or folder\n", arguments[i]), 2;
+        }
     }
     if (given)
         return 0;
 
-    Mutator mutator{static_cast<unsigned>(seed), static_cast<std::size_t>(longest)};
+    Mutator mutator{static_cast<unsigned>(seed), static_cast<std::size_t>(longest), std::move(seeds)};
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); };
     double done = 0, bytes = 0;
     for (; seconds > 0 ? elapsed() < seconds : done < runs; ++done) {
         mutator.mutate(input);
         bytes += static_cast<double>(input.size());
-        run_input();
+        run();
     }
     std::printf("%s: %.0f inputs, %.1f MB, seed %.0f, %.1f s\n", name.c_str(), done, bytes / 1e6, seed, elapsed());
 }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -18,7 +20,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 std::vector<std::string> fuzz_seeds();
 
 /// Ends the program with this message if `holds` is false; the driver then saves the input.
-void fuzz_require(bool holds, const char* message);
+inline void fuzz_require(bool holds, const char* message)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "%s\n", message);
+    std::abort();
+}
 
 /// Whether an action succeeds; these errors are the only ones that an input may raise.
 template <class Action>

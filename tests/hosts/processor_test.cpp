@@ -1,5 +1,6 @@
 // Programs that ask the processor for exceptions, or calculate with other precision, on either of its units.
 #include "hosts/walk.h"
+#include "support/dispatch_object.h"
 #include "support/message_listener.h"
 #include "support/own_process.h"
 #include "support/tables.h"
@@ -176,6 +177,16 @@ TEST_F(Processor, HandlersOfEventsRunInTheModesOfTheClient)
         EXPECT_EQ(left, modes);
         client::expect_error(nested, 6, L"Overflow");
     }
+}
+
+TEST_F(Processor, DefaultMembersRunInTheModesOfTheClient)
+{
+    Modes in_member{};
+    DispatchObject form{{}, [&](DISPID, const DISPPARAMS&, VARIANT*) { return in_member = Modes::now(), S_OK; }};
+    const Object save = Object::create(L"qvObjects.qvSave");
+    ASSERT_EQ(save.try_set(L"Form", {Value{&form}}).result, S_OK);
+    EXPECT_EQ(asking_call(save, L"Form", {1}).result, S_OK);
+    EXPECT_EQ(in_member, asking);
 }
 
 TEST_F(Processor, WindowProceduresRunInTheModesOfTheClient)
