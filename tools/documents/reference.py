@@ -202,14 +202,15 @@ class Reference:
         return ["## Example", "", re.sub(r"^```(\w+)[^\n]*\n", fence, text, flags=re.MULTILINE), ""]
 
     def linked(self, text, owner, up):
-        """The text with the members that it names in code quotes made links, but for those in fences; pictures are found from a page
-        that lies a folder deeper."""
+        """The text with the members that it names in code quotes made links, but for those in fences; what lies beside the reference
+        is found from a page that lies `up` deeper. Examples lie one folder nearer there."""
+        text = re.sub(r"\]\(\.\./(?!\.\.)", f"]({up}../", text)
+
         def link(match):
             place = self.place_of(match[1], owner)
             return f"[`{match[1]}`]({up}{place}.md)" if place else match[0]
         pieces = re.split(r"(^```.*?^```$)", text, flags=re.MULTILINE | re.DOTALL)
-        linked = "".join(p if p.startswith("```") else re.sub(r"(?<!\[)`([\w.ü]+)`(?!\])", link, p) for p in pieces)
-        return linked.replace("](../_static/", f"]({up}../_static/")
+        return "".join(p if p.startswith("```") else re.sub(r"(?<!\[)`([\w.ü]+)`(?!\])", link, p) for p in pieces)
 
     def enumeration_page(self):
         lines = ["# Enumerations", "", self.enumerations.introduction, ""]
