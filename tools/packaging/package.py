@@ -5,10 +5,12 @@ usage: package.py [--core] [--time SECONDS] FOLDER
 FOLDER receives qvObjects-<version>.zip, qvObjects-<version>-setup.exe and qvObjects-<version>-symbols.zip. The time, in seconds
 since 1970, is that of all files in them; the same input gives the same bytes."""
 import argparse
+import atexit
 import os
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 import zipfile
 from pathlib import Path
@@ -24,7 +26,8 @@ from members import VERSION
 BUILT = ROOT / "build/release"
 PAGES = ROOT / "build/docs"
 OWN = ROOT / "tools/packaging"
-WORK = ROOT / "build/package"
+WORK = Path(tempfile.mkdtemp(prefix="package-", dir=ROOT / "build"))
+atexit.register(shutil.rmtree, WORK)
 # Files that Windows' own editor shows; before Windows 10 it knows no other ends of lines.
 TEXTS = {".cmd", ".cpp", ".h", ".ini", ".js", ".manifest", ".md", ".reg", ".txt", ".vbs"}
 
@@ -174,7 +177,6 @@ def main():
     given = words.parse_args()
     pages, version, when, target = not given.core, VERSION, given.time, given.folder.resolve()
     registration = Registration()
-    shutil.rmtree(WORK, ignore_errors=True)
     target.mkdir(parents=True, exist_ok=True)
     name = f"qvObjects-{version}"
 
