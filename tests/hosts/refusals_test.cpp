@@ -657,7 +657,7 @@ TEST(Registration, ThatIsRefusedLeavesNothing)
     EXPECT_GT(registered.size(), nothing.size() + 100);
     int refused = 0, failed = 0, first = 1;
     for (const char* const entry : {"DllRegisterServer", "DllUnregisterServer"})
-        for (first = 1; !HasFailure(); first += refuses_everything ? 1 + first / 50 : 1 + first, ++refused) {
+        for (first = 1; !HasFailure(); first += refuses_everything ? 1 + first / 50 : 1 + 2 * first, ++refused) {
             if (entry == std::string_view{"DllUnregisterServer"}) {
                 EXPECT_EQ(call("DllRegisterServer", 0), S_OK);
             }

@@ -53,15 +53,6 @@ TEST(Library, CanBeLoadedAndFreedAnyNumberOfTimes)
     }
 }
 
-TEST(Library, ServesAnyNumberOfThreads)
-{
-    for (int i = 0; i < many && !HasFailure(); ++i)
-        ASSERT_TRUE(ends(std::thread{[] {
-            Apartment apartment;
-            raise_error(Object::create(L"qvObjects.qvMath"));
-        }})) << "thread " << i;
-}
-
 TEST(Library, LetsThreadsEndThatUsedDataFiles)
 {
     client::Folder folder;
