@@ -64,7 +64,8 @@ def build(reference):
     for folder in ("html", "help", "read", "read_for_help"):
         shutil.rmtree(TARGET / folder, ignore_errors=True)
     write_sources(reference, SOURCE)
-    sphinx = ("sphinx-build", "-j", "auto", "-q", "-D", f"html_title=qvObjects {VERSION}")
+    # Not with several processes: the index of the search would have its words in any order.
+    sphinx = ("sphinx-build", "-q", "-D", f"html_title=qvObjects {VERSION}")
     run(*sphinx, "-W", "--keep-going", "-b", "html", "-d", TARGET / "read", SOURCE, TARGET / "html")
     run(*sphinx, "-t", "htmlhelp", "-b", "htmlhelp", "-d", TARGET / "read_for_help", SOURCE, TARGET / "help")
     index = TARGET / "help/qvObjects.hhk"
